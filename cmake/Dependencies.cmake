@@ -1,0 +1,51 @@
+# SPDX-FileCopyrightText: 2026 Tallowmere developers
+# SPDX-License-Identifier: MIT
+
+# Every library is the system's own. What is missing is an error that names the
+# Debian package, so that nobody has to guess.
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+
+function(tallowmere_require_module target module debian_package)
+  pkg_check_modules(${target} QUIET IMPORTED_TARGET GLOBAL ${module})
+  if(NOT ${target}_FOUND)
+    message(FATAL_ERROR "${module} is missing. On Debian: apt install ${debian_package}")
+  endif()
+endfunction()
+
+tallowmere_require_module(jpeg libjpeg libjpeg62-turbo-dev)
+tallowmere_require_module(png libpng libpng-dev)
+tallowmere_require_module(webp libwebp libwebp-dev)
+tallowmere_require_module(webpdemux libwebpdemux libwebp-dev)
+tallowmere_require_module(avif libavif libavif-dev)
+tallowmere_require_module(heif libheif libheif-dev)
+tallowmere_require_module(lcms lcms2 liblcms2-dev)
+tallowmere_require_module(hwy libhwy libhwy-dev)
+
+if(NOT TALLOWMERE_FUZZ)
+  tallowmere_require_module(icu icu-i18n libicu-dev)
+  tallowmere_require_module(systemd libsystemd libsystemd-dev)
+  set(qt_components Core)
+  if(TALLOWMERE_WHOLE_PROGRAM)
+    list(APPEND qt_components Gui Widgets DBus Svg Test)
+  endif()
+  find_package(Qt6 6.4 QUIET COMPONENTS ${qt_components})
+  if(NOT Qt6_FOUND)
+    message(FATAL_ERROR "Qt 6.4 or later is missing. On Debian: apt install qt6-base-dev libqt6svg6-dev")
+  endif()
+  set(CMAKE_AUTOMOC ON)
+  set(CMAKE_AUTORCC ON)
+endif()
+
+if(BUILD_TESTING AND NOT TALLOWMERE_FUZZ)
+  find_package(GTest QUIET)
+  if(NOT GTest_FOUND)
+    message(FATAL_ERROR "GoogleTest is missing. On Debian: apt install libgtest-dev libgmock-dev")
+  endif()
+  if(TALLOWMERE_WHOLE_PROGRAM)
+    find_package(benchmark QUIET)
+    if(NOT benchmark_FOUND)
+      message(FATAL_ERROR "Google Benchmark is missing. On Debian: apt install libbenchmark-dev")
+    endif()
+  endif()
+endif()
