@@ -8,7 +8,7 @@ target_compile_features(project_options INTERFACE cxx_std_20)
 target_include_directories(project_options INTERFACE "${PROJECT_SOURCE_DIR}")
 target_compile_options(project_options INTERFACE
   -Wall -Wextra -Wpedantic -Werror
-  -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wshadow -Wnull-dereference -Wimplicit-fallthrough
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wshadow -Wimplicit-fallthrough
   -fstack-protector-strong)
 target_compile_definitions(project_options INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS)
@@ -21,8 +21,6 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 if(TALLOWMERE_SANITIZERS)
   add_compile_options(-fsanitize=${TALLOWMERE_SANITIZERS} -fno-omit-frame-pointer -O1)
   add_link_options(-fsanitize=${TALLOWMERE_SANITIZERS})
-  # The null-dereference analysis sees the sanitizers' own branches.
-  target_compile_options(project_options INTERFACE -Wno-null-dereference)
   if(TALLOWMERE_SANITIZERS MATCHES "undefined")
     add_compile_options(-fno-sanitize-recover=all)
   endif()
