@@ -7,7 +7,8 @@
 namespace tallowmere {
 
 /// Writes one line of UTF-8 bytes to standard output, whatever the locale. Control characters in
-/// @p line become "?", so that no file name can break the line. A closed pipe is ignored. Any thread.
+/// @p line become "?", so that no file name can break the line. A closed pipe is ignored (main() ignores SIGPIPE).
+/// Any thread.
 void printDiagnostic(QByteArrayView line);
 
 /// The same to standard error, behind "tallowmere: ".

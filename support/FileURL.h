@@ -3,10 +3,12 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QHashFunctions>
 #include <QString>
 
 #include <optional>
+#include <utility>
 
 namespace tallowmere {
 
@@ -22,7 +24,8 @@ public:
     /// @p path is made absolute against the working directory; "." and ".." segments and doubled
     /// slashes are resolved by text, links are not followed. An empty path gives the empty URL.
     [[nodiscard]] static FileURL fromPath(const QByteArray &path);
-    /// Nothing for another scheme, another host, a relative path or a broken percent code.
+    /// Nothing for another scheme, another host, a relative path or a broken percent code. This machine's own
+    /// name is no other host. "?" and "#" are taken as part of the name: senders often forget to encode them.
     [[nodiscard]] static std::optional<FileURL> fromEncoded(const QByteArray &uri);
 
     [[nodiscard]] bool empty() const { return m_path.isEmpty(); }
@@ -32,6 +35,8 @@ public:
     [[nodiscard]] QString displayName() const;
     /// What follows the last dot of the name; empty when there is none. ASCII letters in lower case.
     [[nodiscard]] QByteArray lowercasedPathExtension() const;
+    /// The same of a bare name, as a folder listing gives it.
+    [[nodiscard]] static QByteArray lowercasedPathExtension(QByteArrayView name);
     [[nodiscard]] FileURL deletingLastPathComponent() const;
     [[nodiscard]] FileURL appending(const QByteArray &name) const;
     /// "file:///…", every byte outside RFC 3986's unreserved set and "/" percent-encoded.

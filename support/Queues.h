@@ -11,7 +11,8 @@ namespace tallowmere {
 using Job = std::function<void()>;
 
 /// How much a piece of background work matters; it sets the nice value of the thread that runs it.
-enum class QualityOfService {
+enum class QualityOfService
+{
     userInitiated, ///< nice 0
     standard,      ///< nice 5
     utility,       ///< nice 10
