@@ -14,14 +14,23 @@
 namespace tallowmere {
 
 /// Where the current file's name is shown.
-enum class FileNameDisplayLocation { inTitle, inCorner, off };
+enum class FileNameDisplayLocation
+{
+    inTitle,
+    inCorner,
+    off
+};
 /// What lies under the transparent parts of an image.
-enum class TransparencyBackground { solidColor, checkers };
+enum class TransparencyBackground
+{
+    solidColor,
+    checkers
+};
 
 inline constexpr std::array kAllFileNameDisplayLocations{
     FileNameDisplayLocation::inTitle, FileNameDisplayLocation::inCorner, FileNameDisplayLocation::off};
-inline constexpr std::array kAllTransparencyBackgrounds{
-    TransparencyBackground::solidColor, TransparencyBackground::checkers};
+inline constexpr std::array kAllTransparencyBackgrounds{TransparencyBackground::solidColor,
+                                                        TransparencyBackground::checkers};
 
 [[nodiscard]] QString rawValue(FileNameDisplayLocation location);
 [[nodiscard]] QString rawValue(TransparencyBackground background);
