@@ -34,6 +34,7 @@ public:
     FileURL previousFileURL();
 
 private:
+    /// False, with fileURLs untouched, when @p folder can't be listed.
     bool list(const FileURL &folder);
 
     const SettingsManager &m_settings;
