@@ -25,8 +25,8 @@ struct Cicp
 /// A power law and the chromaticities of white, red, green and blue (PNG's gAMA and cHRM chunks).
 struct GammaAndPrimaries
 {
-    double gamma = 1.0 / 2.2;                     ///< the encoding exponent, as gAMA has it
-    std::optional<std::array<double, 8>> xy;      ///< white x y, red x y, green x y, blue x y; absent: those of sRGB
+    double gamma = 1.0 / 2.2;                ///< the encoding exponent, as gAMA has it
+    std::optional<std::array<double, 8>> xy; ///< white x y, red x y, green x y, blue x y; absent: those of sRGB
 
     friend bool operator==(const GammaAndPrimaries &, const GammaAndPrimaries &) = default;
 };
@@ -35,7 +35,7 @@ struct GammaAndPrimaries
 struct ColourDescription
 {
     std::shared_ptr<const std::vector<std::byte>> icc; ///< an ICC profile as stored, unchecked
-    std::optional<Cicp> cicp;                          ///< goes before the profile where a format says so: then icc is null
+    std::optional<Cicp> cicp; ///< goes before the profile where a format says so: then icc is null
     std::optional<GammaAndPrimaries> gamma;
 
     [[nodiscard]] bool unknown() const { return !icc && !cicp && !gamma; }

@@ -7,7 +7,8 @@
 namespace tallowmere {
 
 /// What must be done to stored rows to show them upright: the values of Exif's Orientation tag.
-enum class Orientation : std::uint8_t {
+enum class Orientation : std::uint8_t
+{
     upright = 1,
     mirroredHorizontally = 2,
     rotated180 = 3,
@@ -19,7 +20,10 @@ enum class Orientation : std::uint8_t {
 };
 
 /// Whether width and height change places.
-[[nodiscard]] constexpr bool swapsSides(Orientation orientation) { return orientation >= Orientation::transposed; }
+[[nodiscard]] constexpr bool swapsSides(Orientation orientation)
+{
+    return orientation >= Orientation::transposed;
+}
 
 /// Exif values outside 1 to 8 mean upright.
 [[nodiscard]] constexpr Orientation orientationFromExif(unsigned value)

@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#include "imaging/pixels/PixelKernels.h"
+
+#include "imaging/pixels/AverageColour.h"
+#include "imaging/pixels/DisplayCopy.h"
+#include "tests/imaging/pixels/Pictures.h"
+
+#include <gtest/gtest.h>
+
+#include <hwy/highway.h>
+#include <hwy/targets.h>
+
+namespace tallowmere {
+namespace {
+
+PixelBuffer everyColourAndAlpha()
+{
+    return makePixels({256, 256}, [](auto x, auto y) {
+        return Pixel{static_cast<std::uint8_t>(x), static_cast<std::uint8_t>(255 - x), static_cast<std::uint8_t>(x / 3),
+                     static_cast<std::uint8_t>(y)};
+    });
+}
+
+TEST(PixelKernels, premultiplyRoundsEveryProductToNearest)
+{
+    PixelBuffer pixels = everyColourAndAlpha();
+    const std::vector<Pixel> straight = allPixels(pixels);
+    premultiply(pixels.row(0), straight.size());
+    const std::vector<Pixel> multiplied = allPixels(pixels);
+    for (std::size_t i = 0; i < straight.size(); ++i) {
+        for (std::size_t c = 0; c < 3; ++c)
+            ASSERT_EQ(multiplied[i][c], (2U * straight[i][c] * straight[i][3] + 255) / 510);
+        ASSERT_EQ(multiplied[i][3], straight[i][3]);
+    }
+}
+
+TEST(PixelKernels, premultiplyTouchesNothingBehindTheLastPixel)
+{
+    for (std::size_t count = 0; count < 40; ++count) {
+        std::vector<Pixel> pixels(41, Pixel{200, 200, 200, 100});
+        premultiply(reinterpret_cast<std::byte *>(pixels.data()), count);
+        for (std::size_t i = 0; i < pixels.size(); ++i)
+            ASSERT_EQ(pixels[i], i < count ? (Pixel{78, 78, 78, 100}) : (Pixel{200, 200, 200, 100}));
+    }
+}
+
+TEST(PixelKernels, unpremultiplyTakesBackWhatPremultiplyDid)
+{
+    PixelBuffer pixels = everyColourAndAlpha();
+    const std::size_t count = pixels.size().pixels();
+    premultiply(pixels.row(0), count);
+    const std::vector<Pixel> multiplied = allPixels(pixels);
+    unpremultiply(pixels.row(0), count);
+    premultiply(pixels.row(0), count);
+    EXPECT_EQ(allPixels(pixels), multiplied);
+}
+
+/// Whatever processor the suite runs on, it tries the code for all lesser ones too.
+class EveryProcessor : public testing::Test
+{
+protected:
+    ~EveryProcessor() override
+    {
+        hwy::SetSupportedTargetsForTest(0);
+        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+    }
+    static std::vector<std::int64_t> targets()
+    {
+        std::vector<std::int64_t> all;
+        for (std::int64_t left = (hwy::SupportedTargets() & HWY_TARGETS) | HWY_EMU128; left != 0; left &= left - 1)
+            all.push_back(left & -left);
+        return all;
+    }
+    static void pretend(std::int64_t target)
+    {
+        hwy::SetSupportedTargetsForTest(target);
+        hwy::GetChosenTarget().Update(target);
+    }
+};
+
+TEST_F(EveryProcessor, getsTheSamePixels)
+{
+    DecodedImage image;
+    image.pixels = makePixels({203, 149}, [](auto x, auto y) {
+        const auto alpha = static_cast<std::uint8_t>(x + y > 255 ? 255 : x + y);
+        return Pixel{static_cast<std::uint8_t>(alpha / 2), static_cast<std::uint8_t>(alpha * (x % 5) / 5), alpha,
+                     alpha};
+    });
+    image.hasAlpha = true;
+    image.colour.cicp = Cicp{9, 13, 0, true};
+    const auto work = [&] {
+        std::vector<Pixel> result;
+        for (const PixelSize size : {PixelSize{203, 149}, PixelSize{140, 100}, PixelSize{77, 31}, PixelSize{9, 5}}) {
+            const PixelBuffer copy = makeDisplayCopy(image, size);
+            const auto pixels = allPixels(copy);
+            result.insert(result.end(), pixels.begin(), pixels.end());
+        }
+        result.push_back(averageColour(image.pixels));
+        return result;
+    };
+    const auto expected = work();
+    ASSERT_GE(targets().size(), 2U);
+    for (const std::int64_t target : targets()) {
+        pretend(target);
+        EXPECT_EQ(work(), expected) << hwy::TargetName(target);
+    }
+}
+
+} // namespace
+} // namespace tallowmere
