@@ -14,7 +14,9 @@ namespace tallowmere {
 class Image final
 {
 public:
-    explicit Image(DecodedImage decoded) : m_decoded(std::move(decoded)), m_size(m_decoded.pixels.size().width, m_decoded.pixels.size().height) {}
+    explicit Image(DecodedImage decoded)
+        : m_decoded(std::move(decoded)), m_size(m_decoded.pixels.size().width, m_decoded.pixels.size().height)
+    {}
     /// A picture that has a size but no bitmap.
     explicit Image(QSizeF size) : m_size(size) {}
 

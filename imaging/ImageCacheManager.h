@@ -13,6 +13,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 
 namespace tallowmere {
@@ -24,11 +25,12 @@ class SecurityScope;
 /// Keeps decoded images and their average colours, and decodes the neighbours of the current one ahead of time.
 ///
 /// Made by std::make_shared, since background work holds it weakly. Look-ups and prefetch counts: any thread;
-/// prefetchImages(): main thread.
+/// prefetchImages(): main thread. Images are bounded by count, and by bytes only while memory is short.
 class ImageCacheManager final : public std::enable_shared_from_this<ImageCacheManager>
 {
 public:
     static constexpr int maxCacheCount = 200;
+    static constexpr int maxConcurrentPrefetches = 3;
 
     /// What the manager works with; tests put in stepped queues. All outlive the manager.
     struct Surroundings
@@ -40,6 +42,8 @@ public:
         MemoryStatus &memory;
     };
     explicit ImageCacheManager(const Surroundings &surroundings);
+    /// The process's own, see SharedPipeline. Any thread.
+    [[nodiscard]] static const std::shared_ptr<ImageCacheManager> &shared();
 
     MemoryCache<Image> imageCache{maxCacheCount};
     MemoryCache<Color> averageColorCache{maxCacheCount};
@@ -50,7 +54,8 @@ public:
     void setLoader(std::weak_ptr<ImageLoader> loader);
     /// Main thread. Puts @p image in the cache and, while memory is short, evicts down to the budget.
     void insertImage(const FileURL &file, ImagePtr image);
-    /// Schedules the neighbours of @p currentIndex unless the request repeats the last one. Returns at once.
+    /// Schedules the neighbours of @p currentIndex unless the request repeats the last one: the same list and index.
+    /// The counts are read when the work is scheduled, soon after. Returns at once.
     void prefetchImages(const QList<FileURL> &fileURLs, qint64 currentIndex);
     /// Memory has become short: evicts the least recently used images down to @p bytes in all. Any thread.
     void shrinkTo(std::size_t bytes);
@@ -59,8 +64,19 @@ public:
     void setPreparation(std::function<void(const ImagePtr &)> prepare);
 
 private:
-    friend class PrefetchJob;
+    [[nodiscard]] bool repeatsLastRequest(const QList<FileURL> &fileURLs, qint64 currentIndex);
+    void schedule(const QList<FileURL> &fileURLs, qint64 currentIndex);
+    void prefetch(const FileURL &file);
+    [[nodiscard]] ImagePtr readAndDecode(const FileURL &file, const ImageLoader &loader);
+
     const Surroundings m_with;
+    std::weak_ptr<ImageLoader> m_loader;
+    std::function<void(const ImagePtr &)> m_prepare;
+    std::mutex m_oneLargeDecode;
+    std::size_t m_bytesSinceAsked = 0; ///< main thread, as the next
+    bool m_wasShort = false;
+    std::optional<qint64> m_lastIndex; ///< on prefetchSyncQueue, as the next
+    std::optional<QList<FileURL>> m_lastURLs;
 };
 
 } // namespace tallowmere

@@ -8,7 +8,9 @@
 #include "support/Queues.h"
 
 #include <functional>
+#include <list>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 
@@ -34,9 +36,14 @@ public:
     };
     explicit ImageLoader(Surroundings surroundings);
     ~ImageLoader();
+    ImageLoader(const ImageLoader &) = delete;
+    ImageLoader &operator=(const ImageLoader &) = delete;
+    /// The process's own, see SharedPipeline. Any thread.
+    [[nodiscard]] static const std::shared_ptr<ImageLoader> &shared();
 
     /// Main thread. A cached image is handed to @p completion before this returns; otherwise it is decoded on a
-    /// thread of its own, cached, and delivered on the main thread.
+    /// thread of its own, cached, and delivered on the main thread. Never cancelled; loads that overlap run in
+    /// parallel; a failure gives null and is not remembered. @p maxSize: pixels, the longer side.
     void loadImage(const FileURL &file, int maxSize, Completion completion);
     /// Null when the bytes are no picture. Any thread.
     [[nodiscard]] ImagePtr decodeImage(std::span<const std::byte> file, int maxPixelSize) const;
@@ -44,12 +51,28 @@ public:
     [[nodiscard]] std::optional<Color> calculateAverageColor(const Image &image) const;
 
     /// Begins to read and decode @p file before anybody asks for it (at start, while the window system is still
-    /// being connected). The next loadImage() of the same file with the same size takes that decode over. Any thread.
+    /// being connected). The next loadImage() of the same file with the same size takes that decode over; its
+    /// completion comes through the main queue as ever. A failure before that is not remembered. Any thread.
     void preload(const FileURL &file, int maxSize);
     /// Drops every decode that preload() began and nobody took over: it ends at its next row. Any thread.
     void dropPreload();
-    /// Called on the decoding thread with every image before it is delivered. Set once, before the first load.
+    /// Called on the decoding thread with every image before it is delivered. Set before the first load; images that
+    /// preload() has decoded by then go without. Any thread.
     void setPreparation(std::function<void(const ImagePtr &)> prepare);
+
+private:
+    struct Preload;
+    using Cancelled = std::function<bool()>;
+
+    [[nodiscard]] ImagePtr decode(std::span<const std::byte> file, int maxPixelSize, const Cancelled &cancelled) const;
+    [[nodiscard]] ImagePtr readAndDecode(const FileURL &file, int maxSize, const Cancelled &cancelled) const;
+    void forget(const std::shared_ptr<Preload> &preload);
+    [[nodiscard]] bool takeOverPreload(const FileURL &file, int maxSize, Completion &completion);
+
+    const Surroundings m_with;
+    mutable std::mutex m_mutex; ///< guards the two below
+    std::function<void(const ImagePtr &)> m_prepare;
+    std::list<std::shared_ptr<Preload>> m_preloads; ///< those that nobody has taken over
 };
 
 } // namespace tallowmere

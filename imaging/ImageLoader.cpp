@@ -1,0 +1,204 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#include "imaging/ImageLoader.h"
+
+#include "imaging/codecs/Decode.h"
+#include "imaging/FileContents.h"
+#include "imaging/ImageCacheManager.h"
+#include "imaging/pixels/AverageColour.h"
+#include "imaging/SharedPipeline.h"
+#include "platform/SecurityScope.h"
+
+#include <algorithm>
+#include <atomic>
+#include <utility>
+#include <variant>
+
+namespace tallowmere {
+namespace {
+
+constexpr const char *kLabel = "com.tallowmere.imageLoading";
+
+/// Brings a result home: into the cache, then to whoever asked.
+Job delivery(std::weak_ptr<ImageCacheManager> cache, FileURL file, ImagePtr image, ImageLoader::Completion completion)
+{
+    return [cache = std::move(cache), file = std::move(file), image = std::move(image),
+            completion = std::move(completion)] {
+        if (const auto manager = cache.lock(); manager && image)
+            manager->insertImage(file, image);
+        completion(image);
+    };
+}
+
+} // namespace
+
+/// A decode that began before anybody asked. It outlives its loader while it runs, so that whoever took it over
+/// gets an answer all the same.
+struct ImageLoader::Preload
+{
+    Preload(FileURL url, int size) : file(std::move(url)), maxSize(size) {}
+
+    const FileURL file;
+    const int maxSize;
+    std::atomic<bool> cancelled{false};
+
+    std::mutex mutex; ///< guards the rest
+    bool takenOver = false;
+    bool finished = false;
+    ImagePtr image;        ///< once finished and not taken over
+    Completion completion; ///< once taken over
+};
+
+ImageLoader::ImageLoader(Surroundings surroundings) : m_with(std::move(surroundings)) {}
+
+ImageLoader::~ImageLoader()
+{
+    dropPreload();
+}
+
+const std::shared_ptr<ImageLoader> &ImageLoader::shared()
+{
+    return SharedPipeline::instance().imageLoader;
+}
+
+void ImageLoader::setPreparation(std::function<void(const ImagePtr &)> prepare)
+{
+    const std::lock_guard lock(m_mutex);
+    m_prepare = std::move(prepare);
+}
+
+void ImageLoader::loadImage(const FileURL &file, int maxSize, Completion completion)
+{
+    if (const ImagePtr cached = m_with.cache->imageCache.find(file)) {
+        completion(cached);
+        return;
+    }
+    if (takeOverPreload(file, maxSize, completion))
+        return;
+
+    m_with.launcher.launch(kLabel, QualityOfService::userInitiated,
+                           [weak = weak_from_this(), cache = std::weak_ptr(m_with.cache), &mainQueue = m_with.mainQueue,
+                            file, maxSize, completion = std::move(completion)]() mutable {
+        ImagePtr image;
+        if (const auto self = weak.lock())
+            image = self->readAndDecode(file, maxSize, {});
+        // Moved, so that the completion and what it holds die on the main thread.
+        mainQueue.async(delivery(std::move(cache), std::move(file), std::move(image), std::move(completion)));
+    });
+}
+
+ImagePtr ImageLoader::decodeImage(std::span<const std::byte> file, int maxPixelSize) const
+{
+    return decode(file, maxPixelSize, {});
+}
+
+ImagePtr ImageLoader::decode(std::span<const std::byte> file, int maxPixelSize, const Cancelled &cancelled) const
+{
+    if (maxPixelSize <= 0)
+        return nullptr;
+    DecodeLimits limits;
+    limits.maxSide = static_cast<std::uint32_t>(maxPixelSize);
+    limits.cancelled = cancelled;
+    DecodeResult result = tallowmere::decodeImage(file, limits);
+    auto *decoded = std::get_if<DecodedImage>(&result);
+    return decoded ? std::make_shared<const Image>(std::move(*decoded)) : nullptr;
+}
+
+ImagePtr ImageLoader::readAndDecode(const FileURL &file, int maxSize, const Cancelled &cancelled) const
+{
+    ImagePtr image;
+    {
+        const ScopedAccess access(m_with.scope, file);
+        if (const auto contents = FileContents::read(file))
+            image = decode(contents->bytes(), maxSize, cancelled);
+    }
+    if (!image)
+        return nullptr;
+    std::function<void(const ImagePtr &)> prepare;
+    {
+        const std::lock_guard lock(m_mutex);
+        prepare = m_prepare;
+    }
+    if (prepare)
+        prepare(image);
+    return image;
+}
+
+std::optional<Color> ImageLoader::calculateAverageColor(const Image &image) const
+{
+    if (!image.hasBitmap())
+        return std::nullopt;
+    const auto [red, green, blue, alpha] = averageColour(image.decoded().pixels);
+    return Color{red / 255.0, green / 255.0, blue / 255.0, alpha / 255.0};
+}
+
+void ImageLoader::preload(const FileURL &file, int maxSize)
+{
+    if (m_with.cache->imageCache.contains(file))
+        return;
+    const auto preload = std::make_shared<Preload>(file, maxSize);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_preloads.push_back(preload);
+    }
+    m_with.launcher.launch(
+        kLabel, QualityOfService::userInitiated,
+        [weak = weak_from_this(), cache = std::weak_ptr(m_with.cache), &mainQueue = m_with.mainQueue, preload] {
+        const auto cancelled = [&] { return preload->cancelled.load(std::memory_order_relaxed); };
+        const auto self = weak.lock();
+        ImagePtr image;
+        if (self && !cancelled())
+            image = self->readAndDecode(preload->file, preload->maxSize, cancelled);
+        std::unique_lock lock(preload->mutex);
+        preload->finished = true;
+        if (preload->takenOver) {
+            mainQueue.async(delivery(cache, preload->file, std::move(image), std::move(preload->completion)));
+            return;
+        }
+        preload->image = image;
+        lock.unlock();
+        if (!image && self)
+            self->forget(preload);
+        });
+}
+
+void ImageLoader::forget(const std::shared_ptr<Preload> &preload)
+{
+    const std::lock_guard lock(m_mutex);
+    m_preloads.remove(preload);
+}
+
+bool ImageLoader::takeOverPreload(const FileURL &file, int maxSize, Completion &completion)
+{
+    std::shared_ptr<Preload> preload;
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found = std::find_if(m_preloads.begin(), m_preloads.end(), [&](const auto &candidate) {
+            return candidate->file == file && candidate->maxSize == maxSize;
+        });
+        if (found == m_preloads.end())
+            return false;
+        preload = std::move(*found);
+        m_preloads.erase(found);
+    }
+    const std::lock_guard lock(preload->mutex);
+    if (preload->finished && !preload->image)
+        return false;
+    preload->takenOver = true;
+    if (preload->finished)
+        m_with.mainQueue.async(delivery(m_with.cache, file, std::move(preload->image), std::move(completion)));
+    else
+        preload->completion = std::move(completion);
+    return true;
+}
+
+void ImageLoader::dropPreload()
+{
+    std::list<std::shared_ptr<Preload>> dropped;
+    const std::lock_guard lock(m_mutex);
+    dropped.swap(m_preloads);
+    for (const auto &preload : dropped)
+        preload->cancelled = true;
+}
+
+} // namespace tallowmere
