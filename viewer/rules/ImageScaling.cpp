@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#include "viewer/rules/ImageScaling.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tallowmere {
+
+ImageScaling imageScalingFor(QSizeF image, QSizeF view, double zoom)
+{
+    if (view.isEmpty())
+        return ImageScaling::proportionallyUpOrDown;
+    if (zoom != 1.0)
+        return ImageScaling::proportionallyDown;
+    // A window that was made for the image is off by a fraction of a point: no reason to resample it.
+    const bool sameSize = std::abs(image.width() - view.width()) < 1 && std::abs(image.height() - view.height()) < 1;
+    const bool smaller = image.width() < view.width() && image.height() < view.height();
+    return sameSize || smaller ? ImageScaling::proportionallyDown : ImageScaling::proportionallyUpOrDown;
+}
+
+QSizeF scaledSize(QSizeF image, QSizeF view, ImageScaling scaling)
+{
+    if (image.isEmpty() || view.isEmpty())
+        return {0, 0};
+    const double fitting = std::min(view.width() / image.width(), view.height() / image.height());
+    return image * (scaling == ImageScaling::proportionallyDown ? std::min(fitting, 1.0) : fitting);
+}
+
+} // namespace tallowmere
