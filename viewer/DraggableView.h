@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+namespace tallowmere {
+
+class DraggingDestinationHandler;
+class KeyHandler;
+
+/// The viewer's root view: takes keys and clicks for the controller.
+///
+/// Its handlers are not owned and may be null.
+class DraggableView final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit DraggableView(QWidget *parent = nullptr);
+
+    void setDraggingDelegate(DraggingDestinationHandler *delegate) { m_draggingDelegate = delegate; }
+    void setKeyHandler(KeyHandler *handler) { m_keyHandler = handler; }
+
+    /// No size is too small: the window may be as tiny as the user likes.
+    [[nodiscard]] QSize minimumSizeHint() const override { return {0, 0}; }
+    [[nodiscard]] QSize sizeHint() const override { return {600, 400}; }
+
+Q_SIGNALS:
+    /// The view came on the screen.
+    void appeared();
+    /// Children must be placed anew.
+    void resized();
+    void appearanceChanged();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+
+private:
+    DraggingDestinationHandler *m_draggingDelegate = nullptr;
+    KeyHandler *m_keyHandler = nullptr;
+};
+
+} // namespace tallowmere

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "imaging/pixels/PixelSize.h"
+
+#include <QPoint>
+#include <QRectF>
+#include <QSize>
+#include <QSizeF>
+
+namespace tallowmere {
+
+/// Where an image lies in its view, on whole device pixels.
+///
+/// An image larger than the view is reduced in proportion until it fits; a smaller one keeps its own size, one
+/// point for each of its pixels. Either way it lies in the middle.
+struct ImagePlacement
+{
+    QSize deviceSize;    ///< what the image covers, device pixels; empty when there is nothing to show
+    QPoint deviceOrigin; ///< its upper left corner, device pixels from the view's
+    PixelSize copySize;  ///< of the display copy that covers it: deviceSize, but never more than the image has
+
+    /// @p image: its pixels, which are its points, too. @p view in points. @p scale: device pixels per point.
+    [[nodiscard]] static ImagePlacement of(PixelSize image, QSizeF view, double scale);
+
+    friend bool operator==(const ImagePlacement &, const ImagePlacement &) = default;
+};
+
+} // namespace tallowmere

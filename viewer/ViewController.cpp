@@ -1,0 +1,216 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#include "viewer/ViewController.h"
+
+#include "browsing/FileListManager.h"
+#include "imaging/ImageCacheManager.h"
+#include "imaging/ImageLoader.h"
+#include "viewer/DeferredListing.h"
+#include "viewer/DisplayPreparation.h"
+#include "viewer/DraggableImageView.h"
+#include "viewer/DraggableView.h"
+#include "viewer/IdleScreen.h"
+#include "viewer/Shell.h"
+#include "viewer/WindowFrame.h"
+#include "viewer/WindowGeometry.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace tallowmere {
+
+namespace {
+
+constexpr int kMaximumPixelSize = 4000;
+/// How far from the current file display copies are kept ready, files to either side.
+constexpr qint64 kNeighboursKeptReady = 2;
+
+} // namespace
+
+ViewController::ViewController(const Surroundings &surroundings)
+    : m_with(surroundings),
+      m_fileListManager(std::make_unique<FileListManager>(surroundings.settings, surroundings.scope)),
+      m_deferredListing(std::make_unique<DeferredListing>()),
+      m_preparation(std::make_shared<DisplayPreparation>(surroundings.settings))
+{
+    buildViews();
+    m_with.loader->setPreparation(
+        [preparation = m_preparation](const ImagePtr &image) { preparation->prepare(image); });
+    m_with.cache->setPreparation(
+        [preparation = m_preparation](const ImagePtr &image) { preparation->prepareIfThereIsRoom(image); });
+}
+
+ViewController::~ViewController()
+{
+    delete m_view;
+}
+
+void ViewController::buildViews()
+{
+    m_view = new DraggableView;
+    connect(m_view, &QObject::destroyed, this, [this] { m_view = nullptr; });
+    m_view->setDraggingDelegate(this);
+    m_view->setKeyHandler(this);
+    m_imageView = new DraggableImageView(m_preparation, m_with.launcher, m_with.mainQueue, m_view);
+    m_idleScreen = new IdleScreen(m_view);
+
+    connect(m_view, &DraggableView::resized, this, &ViewController::layOutSubviews);
+    connect(m_view, &DraggableView::appeared, this, &ViewController::makeFirstResponder);
+    connect(m_view, &DraggableView::appearanceChanged, this, [this] {
+        m_with.mainQueue.async([self = QPointer(this)] {
+            if (auto *controller = self.data())
+                controller->appearanceChanged();
+        });
+    });
+    connect(m_imageView, &DraggableImageView::imagePainted, this, &ViewController::listingMayStart);
+    appearanceChanged();
+}
+
+void ViewController::layOutSubviews()
+{
+    m_imageView->setGeometry(m_view->rect());
+    m_idleScreen->setGeometry(m_view->rect());
+    updateDisplayTarget();
+}
+
+DraggableView *ViewController::view() const
+{
+    return m_view;
+}
+
+FileURL ViewController::currentFile() const
+{
+    const FileListManager &list = fileListManager();
+    const bool inRange = list.currentIndex >= 0 && list.currentIndex < list.fileURLs.size();
+    return inRange ? list.fileURLs.at(list.currentIndex) : FileURL();
+}
+
+ImagePtr ViewController::currentImage() const
+{
+    return m_imageView->image();
+}
+
+FileListManager &ViewController::fileListManager() const
+{
+    m_deferredListing->finish();
+    return *m_fileListManager;
+}
+
+void ViewController::displayImage(const FileURL &file)
+{
+    updateDisplayTarget();
+    updateFileNameDisplay(file);
+    m_idleScreen->hide();
+    const bool averageApplied = applyBackgroundFor(file);
+
+    if (const ImagePtr cached = m_with.cache->imageCache.find(file)) {
+        showImage(file, cached, averageApplied);
+        return;
+    }
+    m_imageView->setImage(nullptr);
+    m_with.loader->loadImage(file, kMaximumPixelSize,
+                             [self = QPointer(this), file, averageApplied](const ImagePtr &image) {
+        auto *controller = self.data();
+        if (!controller)
+            return;
+        if (image)
+            controller->showImage(file, image, averageApplied);
+        else
+            controller->listingMayStart();
+    });
+}
+
+void ViewController::showImage(const FileURL &file, const ImagePtr &image, bool averageApplied)
+{
+    m_imageView->setImage(image);
+    m_idleScreen->hide();
+    if (!averageApplied && !applyBackgroundFor(file) && m_with.settings.autoResizeToImageSize())
+        computeAverageColor(file, image);
+    if (m_with.settings.autoResizeToImageSize())
+        fitWindowToImage(m_with.settings.autoResizeWithAnimation());
+    m_imageView->wantCopy(m_preparation->copySizeFor(*image));
+    // At once: a key that is held down would otherwise keep the picture waiting behind the next key press.
+    if (m_view->isVisible())
+        m_imageView->repaint();
+    else
+        listingMayStart();
+    prepareNeighbours();
+}
+
+void ViewController::showIdleState()
+{
+    m_deferredListing->finish();
+    m_imageView->setImage(nullptr);
+    m_idleScreen->show();
+    m_fileListManager->fileURLs.clear();
+    m_fileListManager->currentIndex = 0;
+    updateFileNameDisplay({});
+    applyBackgroundColor(windowBackgroundColor());
+    m_with.shell.refreshMenuItems();
+    resizeWindow(true, WindowGeometry::kIdleFrame.width(), WindowGeometry::kIdleFrame.height());
+}
+
+void ViewController::showEarlierInList()
+{
+    step(&FileListManager::previousFileURL);
+}
+
+void ViewController::showLaterInList()
+{
+    step(&FileListManager::nextFileURL);
+}
+
+void ViewController::step(FileURL (FileListManager::*move)())
+{
+    const FileURL file = (fileListManager().*move)();
+    if (file.empty())
+        return;
+    updateDisplayTarget();
+    prefetchAroundCurrentFile();
+    displayImage(file);
+}
+
+void ViewController::prefetchAroundCurrentFile()
+{
+    if (!m_fileListManager->fileURLs.isEmpty())
+        m_with.cache->prefetchImages(m_fileListManager->fileURLs, m_fileListManager->currentIndex);
+}
+
+/// Copies made when the neighbours were decoded may have been evicted since, or be for another window size.
+void ViewController::prepareNeighbours()
+{
+    const QList<FileURL> &files = m_fileListManager->fileURLs;
+    const qint64 reach = std::min<qint64>(kNeighboursKeptReady, files.size() / 2);
+    std::vector<ImagePtr> missing;
+    for (qint64 distance = 1; distance <= reach; ++distance) {
+        for (const qint64 offset : {-distance, distance}) {
+            const qint64 index = (m_fileListManager->currentIndex + offset + files.size()) % files.size();
+            if (index < 0 || !m_with.cache->imageCache.contains(files.at(index)))
+                continue;
+            ImagePtr image = m_with.cache->imageCache.find(files.at(index));
+            if (!m_preparation->isPrepared(image))
+                missing.push_back(std::move(image));
+        }
+    }
+    if (missing.empty())
+        return;
+    m_with.launcher.launch("com.tallowmere.displayCopy", QualityOfService::utility,
+                           [preparation = m_preparation, images = std::move(missing)] {
+        for (const ImagePtr &image : images)
+            preparation->prepare(image);
+    });
+}
+
+const std::optional<UndoState> &ViewController::undoState() const
+{
+    return m_undoState;
+}
+
+void ViewController::setUndoState(std::optional<UndoState> state)
+{
+    m_undoState = std::move(state);
+    Q_EMIT undoStateChanged();
+}
+
+} // namespace tallowmere

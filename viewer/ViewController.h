@@ -1,0 +1,173 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "imaging/Image.h"
+#include "settings/SettingsManager.h"
+#include "support/FileURL.h"
+#include "viewer/DraggingDestinationHandler.h"
+#include "viewer/UndoState.h"
+
+#include <QColor>
+#include <QObject>
+#include <QPointer>
+#include <QRectF>
+#include <QSizeF>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QFileDialog;
+
+namespace tallowmere {
+
+class DeferredListing;
+class DisplayPreparation;
+class DraggableImageView;
+class DraggableView;
+class FileListManager;
+class FileRevealer;
+class FolderAccess;
+class IdleScreen;
+class ImageCacheManager;
+class ImageLoader;
+class Launcher;
+class MainQueue;
+class SecurityScope;
+class Shell;
+class WindowFrame;
+enum class KeyCommand;
+struct ScreenArea;
+
+/// Conducts what the viewer's window shows.
+///
+/// Main thread only. Its work is spread over one source file per concern. Background work holds it weakly; a result
+/// that comes when the controller is gone is dropped.
+class ViewController final : public QObject, public DraggingDestinationHandler, public KeyHandler
+{
+    Q_OBJECT
+
+public:
+    /// What the viewer works with; everything referred to outlives it.
+    struct Surroundings
+    {
+        SettingsManager &settings;
+        std::shared_ptr<ImageLoader> loader;
+        std::shared_ptr<ImageCacheManager> cache;
+        SecurityScope &scope;
+        FolderAccess &folderAccess;
+        FileRevealer &revealer;
+        MainQueue &mainQueue;
+        Launcher &launcher;
+        Shell &shell;
+    };
+
+    /// Made idle. Sets the preparation of the loader and of the cache, so make it before the first image is asked for.
+    explicit ViewController(const Surroundings &surroundings);
+    ~ViewController() override;
+
+    /// The root view, to be made the window's central widget. The controller must die before that window.
+    [[nodiscard]] DraggableView *view() const;
+
+    /// Shows @p file, lists its folder and decodes the neighbours ahead. Ends the possibility of an undo.
+    void openImage(const FileURL &file);
+    /// Shows @p file: at once when it is cached, else as soon as it is decoded. Leaves the file list alone.
+    void displayImage(const FileURL &file);
+    /// No image, an empty list, the logo, a window of 600 x 400.
+    void showIdleState();
+    /// A modeless file dialog; the one that is open already comes forward instead.
+    void showOpenPanel();
+    /// One step towards the beginning of the list, which wraps around.
+    void showEarlierInList();
+    /// One step towards the end of the list, which wraps around.
+    void showLaterInList();
+    void revealCurrentFileInFinder();
+
+    /// Empty when there is none.
+    [[nodiscard]] FileURL currentFile() const;
+    /// Null when none is shown.
+    [[nodiscard]] ImagePtr currentImage() const;
+    /// Up to date: a listing that was put off runs before this returns.
+    [[nodiscard]] FileListManager &fileListManager() const;
+
+    void applyBackgroundColor(const QColor &color);
+    /// The palette's, under the appearance in force now.
+    [[nodiscard]] QColor windowBackgroundColor() const;
+    /// The average colour of @p file behind the image: from the cache, else computed from the image shown and
+    /// applied when it arrives, provided automatic resizing is still on. Answers whether it was applied at once.
+    bool applyAverageColorBackground(const FileURL &file);
+
+    /// @p file may be empty: no file.
+    void updateFileNameDisplay(const FileURL &file);
+    void updateWindowTitle(const FileURL &file);
+
+    /// The frame gets this size in points and keeps its centre. Leaves a maximised or full-screen state first.
+    void resizeWindow(bool animated, double width, double height);
+    /// The screen's usable area less 40 points on every side. Leaves a maximised or full-screen state first.
+    void resizeWindowToScreen(bool animated);
+    /// The window takes the size of the image, as far as the screen allows, in the middle of the screen. A maximised
+    /// or full-screen window keeps its frame. @p completion is not called when there is no window or no image.
+    void fitWindowToImage(bool animated, std::function<void()> completion = {});
+    /// Grows or shrinks the content, at most to the fitted size. Animated only if the settings allow it, too.
+    void resizeWindowByFactor(bool animated, double factor);
+    /// The content size in points that shows the image pixel for pixel, as far as the screen allows. Nothing
+    /// without a window, an image with a bitmap or a screen.
+    [[nodiscard]] std::optional<QSizeF> fittedImageSize();
+
+    void keyDown(QKeyEvent *event) override;
+    void handleDoubleClick(QMouseEvent *event) override;
+    /// Key presses go to the view from now on. Nothing without a window.
+    void makeFirstResponder();
+
+    [[nodiscard]] const std::optional<UndoState> &undoState() const;
+    void setUndoState(std::optional<UndoState> state);
+
+Q_SIGNALS:
+    /// After every assignment to the undo state.
+    void undoStateChanged();
+
+private:
+    void buildViews();
+    void layOutSubviews();
+
+    void showImage(const FileURL &file, const ImagePtr &image, bool averageApplied);
+    bool applyBackgroundFor(const FileURL &file);
+    void computeAverageColor(const FileURL &file, const ImagePtr &image);
+    void appearanceChanged();
+
+    void listFolderOf(const FileURL &file);
+    void folderAccessAnswered(const FileURL &file, bool granted);
+    void prefetchAroundCurrentFile();
+    void listingMayStart();
+    void step(FileURL (FileListManager::*move)());
+    void prepareNeighbours();
+
+    bool perform(KeyCommand command);
+    void switchAutoResizeOff();
+
+    [[nodiscard]] QWidget *window() const;
+    [[nodiscard]] std::optional<ScreenArea> screenArea() const;
+    [[nodiscard]] QSizeF frameExtra();
+    [[nodiscard]] std::function<std::optional<QRectF>()>
+    centredFrameRule(std::function<std::optional<QSizeF>()> contentSize);
+    [[nodiscard]] WindowFrame *windowFrame();
+    void updateDisplayTarget();
+
+    const Surroundings m_with;
+    const std::unique_ptr<FileListManager> m_fileListManager;
+    const std::unique_ptr<DeferredListing> m_deferredListing;
+    const std::shared_ptr<DisplayPreparation> m_preparation;
+
+    DraggableView *m_view = nullptr;           ///< ours until it is put into a window, and ours to delete even then
+    DraggableImageView *m_imageView = nullptr; ///< lives in m_view, as does the next
+    IdleScreen *m_idleScreen = nullptr;
+    QPointer<WindowFrame> m_windowFrame;
+    QPointer<QFileDialog> m_openPanel;
+
+    std::optional<UndoState> m_undoState;
+    QColor m_resolvedWindowColor;
+    FileURL m_lastOpened;
+};
+
+} // namespace tallowmere

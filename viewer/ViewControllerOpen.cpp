@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#include "browsing/FileListManager.h"
+#include "browsing/FolderAccess.h"
+#include "support/Diagnostics.h"
+#include "support/Queues.h"
+#include "viewer/DeferredListing.h"
+#include "viewer/DraggableImageView.h"
+#include "viewer/DraggableView.h"
+#include "viewer/OpenPanel.h"
+#include "viewer/Shell.h"
+#include "viewer/ViewController.h"
+
+#include <QFile>
+#include <QFileDialog>
+#include <QTimer>
+
+#include <chrono>
+
+namespace tallowmere {
+
+namespace {
+
+/// A window on another workspace may never be painted, and a slow disk may keep the picture away: the neighbours
+/// should not have to wait for either.
+constexpr std::chrono::milliseconds kListAtTheLatestAfter{250};
+
+void printLoaded(qint64 count, QByteArrayView ending)
+{
+    printDiagnostic("✅ Successfully loaded " + QByteArray::number(count) + ending.toByteArray());
+}
+
+} // namespace
+
+void ViewController::openImage(const FileURL &file)
+{
+    m_deferredListing->finish(); // what was opened before is opened completely
+    setUndoState(std::nullopt);
+    m_lastOpened = file;
+    displayImage(file);
+    m_with.mainQueue.async([self = QPointer(this)] {
+        if (auto *controller = self.data())
+            controller->makeFirstResponder();
+    });
+
+    m_deferredListing->putOff([this, file] { listFolderOf(file); });
+    if (!m_view->isVisible() || m_imageView->hasPaintedImage())
+        listingMayStart();
+    else
+        QTimer::singleShot(kListAtTheLatestAfter, this, [this] { m_deferredListing->finish(); });
+}
+
+/// Posted, not called: what has been painted reaches the screen only when control is back in the event loop.
+void ViewController::listingMayStart()
+{
+    m_with.mainQueue.async([self = QPointer(this)] {
+        if (auto *controller = self.data())
+            controller->m_deferredListing->finish();
+    });
+}
+
+void ViewController::listFolderOf(const FileURL &file)
+{
+    if (m_fileListManager->loadFiles(file)) {
+        printLoaded(m_fileListManager->fileURLs.size(), " files from directory");
+        prefetchAroundCurrentFile();
+        prepareNeighbours();
+    } else {
+        printDiagnostic("⚠️ Warning: Failed to load file list from directory containing: " + file.path());
+        printDiagnostic("   Arrow key navigation may not work. Requesting folder access...");
+        m_with.folderAccess.requestAccess(file.deletingLastPathComponent(),
+                                          [self = QPointer(this), file](bool granted) {
+            if (auto *controller = self.data())
+                controller->folderAccessAnswered(file, granted);
+        });
+    }
+    m_with.shell.refreshMenuItems();
+}
+
+void ViewController::folderAccessAnswered(const FileURL &file, bool granted)
+{
+    if (!granted) {
+        printDiagnostic("ℹ️ Folder access not granted. Navigation between images will not work.");
+        return;
+    }
+    printDiagnostic("✅ Folder access granted. Reloading file list...");
+    m_deferredListing->finish();
+    if (m_fileListManager->loadFiles(file)) {
+        printLoaded(m_fileListManager->fileURLs.size(), " files after folder access grant");
+        prefetchAroundCurrentFile();
+    } else {
+        printDiagnostic("⚠️ Still failed to load file list after folder access grant");
+    }
+    m_with.shell.refreshMenuItems();
+}
+
+void ViewController::showOpenPanel()
+{
+    if (!m_openPanel) {
+        const FileURL folder = m_lastOpened.empty() ? FileURL() : m_lastOpened.deletingLastPathComponent();
+        m_openPanel = makeOpenPanel(window(), m_with.settings, folder);
+        connect(m_openPanel, &QFileDialog::fileSelected, this, [this](const QString &path) {
+            if (!path.isEmpty())
+                openImage(FileURL::fromPath(QFile::encodeName(path)));
+        });
+    }
+    m_openPanel->show();
+    m_openPanel->raise();
+    m_openPanel->activateWindow();
+}
+
+} // namespace tallowmere

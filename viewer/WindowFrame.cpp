@@ -1,0 +1,150 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#include "viewer/WindowFrame.h"
+
+#include <QEvent>
+#include <QVariantAnimation>
+#include <QWidget>
+#include <QWindow>
+
+#include <utility>
+
+namespace tallowmere {
+
+WindowFrame::WindowFrame(QWidget *window) : QObject(window), m_window(window)
+{
+    m_window->installEventFilter(this);
+    watchNativeWindow();
+    m_decorationsAreKnown = m_window->isVisible() && !isComingOnScreen();
+}
+
+QMargins WindowFrame::decorations() const
+{
+    const QWindow *native = m_window->windowHandle();
+    return native ? native->frameMargins() : QMargins();
+}
+
+QRectF WindowFrame::frame() const
+{
+    return m_window->geometry().marginsAdded(decorations());
+}
+
+bool WindowFrame::isHeldBySystem() const
+{
+    return m_window->isMaximized() || m_window->isFullScreen();
+}
+
+void WindowFrame::releaseFromSystem()
+{
+    if (isHeldBySystem())
+        m_window->setWindowState(m_window->windowState() & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
+}
+
+QRect WindowFrame::clientRectFor(const QRectF &frame) const
+{
+    const QMargins margins = decorations();
+    const QRectF client = frame.marginsRemoved(margins);
+    return {client.topLeft().toPoint(), client.size().toSize()};
+}
+
+/// Shown, but not yet there. A window manager that is just taking a window over crosses with requests of ours, and
+/// either may win.
+bool WindowFrame::isComingOnScreen() const
+{
+    const QWindow *native = m_window->windowHandle();
+    return m_window->isVisible() && !m_window->isMinimized() && !(native && native->isExposed());
+}
+
+void WindowFrame::apply(const std::optional<QRectF> &frame)
+{
+    // The user may maximise the window while it moves: then it stays so.
+    if (!frame || isHeldBySystem())
+        return;
+    const QRect client = clientRectFor(*frame);
+    if (client != m_window->geometry())
+        m_window->setGeometry(client);
+    // The widget passes on a move alone when it believes to have its size already, while its native window may just
+    // have been told an older one by the window manager: the move would then bring that one back.
+    QWindow *native = m_window->windowHandle();
+    if (native && native->geometry() != client)
+        native->setGeometry(client);
+}
+
+void WindowFrame::setFrame(Rule rule, bool animated, Completion completion)
+{
+    if (isComingOnScreen()) {
+        m_ruleOnScreen = std::move(rule);
+        m_waitForOnScreen.push_back(std::move(completion));
+        return;
+    }
+    const std::optional<QRectF> frame = rule();
+    const bool onScreen = m_window->isVisible() && !m_window->isMinimized();
+    if (frame && animated && onScreen && clientRectFor(*frame) != m_window->geometry())
+        return animateTo(*frame, std::move(completion));
+    giveUpAnimation();
+    apply(frame);
+    if (!m_decorationsAreKnown)
+        m_ruleOnScreen = std::move(rule);
+    if (completion)
+        completion();
+}
+
+void WindowFrame::giveUpAnimation()
+{
+    if (!isAnimating())
+        return;
+    m_animation.clear();
+    Q_EMIT animationFinished();
+}
+
+void WindowFrame::animateTo(const QRectF &frame, Completion completion)
+{
+    auto *animation = new QVariantAnimation(this);
+    m_animation = animation;
+    animation->setDuration(kAnimationMilliseconds);
+    animation->setEasingCurve(QEasingCurve::InOutSine);
+    animation->setStartValue(this->frame());
+    animation->setEndValue(frame);
+    connect(animation, &QVariantAnimation::valueChanged, this, [this, animation](const QVariant &value) {
+        if (m_animation == animation)
+            apply(value.toRectF());
+    });
+    connect(animation, &QVariantAnimation::finished, this, [this, animation, done = std::move(completion)] {
+        if (m_animation == animation)
+            giveUpAnimation();
+        if (done)
+            done();
+    });
+    Q_EMIT animationStarted();
+    animation->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
+void WindowFrame::watchNativeWindow()
+{
+    if (QWindow *native = m_window->windowHandle())
+        native->installEventFilter(this);
+}
+
+bool WindowFrame::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_window) {
+        if (event->type() == QEvent::Show || event->type() == QEvent::WinIdChange)
+            watchNativeWindow();
+    } else if (event->type() == QEvent::Expose && m_window->windowHandle() && m_window->windowHandle()->isExposed()) {
+        cameOnScreen();
+    }
+    return false;
+}
+
+void WindowFrame::cameOnScreen()
+{
+    m_decorationsAreKnown = true;
+    if (const Rule rule = std::exchange(m_ruleOnScreen, nullptr))
+        apply(rule());
+    for (const Completion &done : std::exchange(m_waitForOnScreen, {})) {
+        if (done)
+            done();
+    }
+}
+
+} // namespace tallowmere
