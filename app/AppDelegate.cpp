@@ -1,0 +1,181 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#include "app/AppDelegate.h"
+
+#include "app/AppearanceObservation.h"
+#include "app/MainMenu.h"
+#include "app/MainWindow.h"
+#include "browsing/FileListManager.h"
+#include "platform/freedesktop/WindowActivation.h"
+#include "platform/SecurityScope.h"
+#include "settings/SettingsManager.h"
+#include "support/Queues.h"
+#include "viewer/DraggableView.h"
+#include "viewer/ViewController.h"
+
+#include <QApplication>
+#include <QMenuBar>
+#include <QWindow>
+
+namespace tallowmere {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr QSize kFirstContentSize{600, 400};
+constexpr QSize kIdleFrameSize{600, 400};
+
+bool anyWindowIsVisible()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.begin(), windows.end(), [](const QWidget *window) {
+        return window->isWindow() && window->isVisible() && !window->isMinimized();
+    });
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(const Surroundings &surroundings) : m_with(surroundings)
+{
+    m_appearanceObservation = std::make_unique<AppearanceObservation>([this] {
+        m_with.mainQueue.async([self = QPointer(this)] {
+            if (self)
+                self->refreshAppearance();
+        });
+    });
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+AppDelegate::~AppDelegate()
+{
+    // The menu before its menu bar, the viewer's controller before the window that holds its view.
+    m_menu.reset();
+    m_viewController.reset();
+}
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    showMainWindow();
+}
+
+bool AppDelegate::applicationOpenFile(const FileURL &file)
+{
+    if (!accepts(file))
+        return false;
+    showMainWindow();
+    const ScopedAccess access(m_with.scope, file);
+    m_viewController->openImage(file);
+    return true;
+}
+
+void AppDelegate::applicationOpenFiles(const QList<FileURL> &files)
+{
+    showMainWindow();
+    if (!files.isEmpty() && accepts(files.first())) {
+        const ScopedAccess access(m_with.scope, files.first());
+        m_viewController->openImage(files.first());
+    }
+}
+
+bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows)
+{
+    if (!hasVisibleWindows)
+        showMainWindow();
+    return true;
+}
+
+void AppDelegate::handle(const ApplicationRequest &request)
+{
+    if (m_window && m_window->windowHandle())
+        useActivationToken(*m_window->windowHandle(), request.activationToken);
+    switch (request.kind) {
+    case ApplicationRequest::Kind::reopen:
+        if (m_window && m_window->isVisible())
+            showMainWindow(); // it may be behind others, or minimised: whoever starts us again wants to see it
+        else
+            applicationShouldHandleReopen(anyWindowIsVisible());
+        break;
+    case ApplicationRequest::Kind::openFile:
+        if (!request.files.isEmpty())
+            applicationOpenFile(request.files.first());
+        break;
+    case ApplicationRequest::Kind::openFiles:
+        applicationOpenFiles(request.files);
+        break;
+    case ApplicationRequest::Kind::quit:
+        terminate();
+        break;
+    }
+}
+
+void AppDelegate::showMainWindow()
+{
+    const bool comesBack = m_window && !m_window->isVisible();
+    if (!m_window)
+        createMainWindow();
+    if (m_window->isMinimized())
+        m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
+    m_window->show();
+    // It was emptied while hidden, when nobody knew what the window manager would draw around it.
+    if (comesBack)
+        m_viewController->resizeWindow(false, kIdleFrameSize.width(), kIdleFrameSize.height());
+    m_window->raise();
+    m_window->activateWindow();
+}
+
+void AppDelegate::createMainWindow()
+{
+    m_window = std::make_unique<MainWindow>();
+    m_window->setWindowTitle(u"Tallowmere"_s);
+    m_viewController = std::make_unique<ViewController>(
+        ViewController::Surroundings{m_with.settings, m_with.loader, m_with.cache, m_with.scope, m_with.folderAccess,
+                                     m_with.revealer, m_with.mainQueue, m_with.launcher, *this});
+    m_window->setCentralWidget(m_viewController->view());
+    // With the window rather than after it: the menu bar's height is part of the window's first size.
+    m_menu = std::make_unique<MainMenu>(*m_window->menuBar(), *this, m_with.settings);
+    m_window->resizeContent(kFirstContentSize);
+    m_window->centre();
+    connect(m_window.get(), &MainWindow::willClose, this, &AppDelegate::windowWillClose);
+    connect(m_window.get(), &MainWindow::didBecomeKey, this, &AppDelegate::scheduleFirstResponder);
+    connect(m_window.get(), &MainWindow::menuKeyMayCome, this, &AppDelegate::menuNeedsUpdate);
+    refreshAppearance();
+    refreshMenuItems();
+    scheduleFirstResponder();
+}
+
+void AppDelegate::windowWillClose()
+{
+    m_window->hide(); // nobody needs to see it being emptied
+    m_window->setWindowState(m_window->windowState() & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
+    m_viewController->showIdleState();
+}
+
+void AppDelegate::scheduleFirstResponder()
+{
+    m_with.mainQueue.async([viewer = QPointer(m_viewController.get())] {
+        if (viewer)
+            viewer->makeFirstResponder();
+    });
+}
+
+void AppDelegate::refreshAppearance()
+{
+    if (!m_window)
+        return;
+    m_window->setPalette(QApplication::palette());
+    m_window->update();
+    m_viewController->applyBackgroundColor(m_viewController->windowBackgroundColor());
+}
+
+bool AppDelegate::accepts(const FileURL &file) const
+{
+    return m_with.settings.enabledImageExtensions().contains(file.lowercasedPathExtension());
+}
+
+bool AppDelegate::hasCurrentFile() const
+{
+    return m_viewController && !m_viewController->currentFile().empty();
+}
+
+} // namespace tallowmere

@@ -1,0 +1,176 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#include "app/AppDelegate.h"
+#include "app/MainMenu.h"
+#include "app/MainWindow.h"
+#include "settings/SettingsManager.h"
+#include "viewer/ViewController.h"
+
+#include <QAction>
+#include <QApplication>
+
+namespace tallowmere {
+
+void AppDelegate::refreshMenuItems()
+{
+    if (m_menu)
+        m_menu->refresh(hasCurrentFile());
+}
+
+void AppDelegate::menuNeedsUpdate()
+{
+    if (m_menu)
+        m_menu->setHasCurrentFile(hasCurrentFile());
+}
+
+void AppDelegate::refreshSettingsControls() {} // there is no Settings window yet
+
+void AppDelegate::hideApplication()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        if (window->isVisible() && window->windowType() != Qt::Popup && window->windowType() != Qt::ToolTip)
+            window->showMinimized();
+    }
+}
+
+void AppDelegate::settingChanged()
+{
+    refreshMenuItems();
+    refreshSettingsControls();
+}
+
+void AppDelegate::openFile()
+{
+    if (m_viewController)
+        m_viewController->showOpenPanel();
+}
+
+void AppDelegate::showInFinder()
+{
+    if (m_viewController)
+        m_viewController->revealCurrentFileInFinder();
+}
+
+void AppDelegate::setFileNameDisplayInTitle()
+{
+    setFileNameDisplay(FileNameDisplayLocation::inTitle);
+}
+
+void AppDelegate::setFileNameDisplayInCorner()
+{
+    setFileNameDisplay(FileNameDisplayLocation::inCorner);
+}
+
+void AppDelegate::setFileNameDisplayOff()
+{
+    setFileNameDisplay(FileNameDisplayLocation::off);
+}
+
+void AppDelegate::setFileNameDisplay(FileNameDisplayLocation location)
+{
+    m_with.settings.setFileNameDisplayLocation(location);
+    settingChanged();
+    if (hasCurrentFile())
+        m_viewController->updateFileNameDisplay(m_viewController->currentFile());
+}
+
+void AppDelegate::closeWindow()
+{
+    QWidget *window = QApplication::activeWindow();
+    if (!window && m_window && m_window->isVisible())
+        window = m_window.get();
+    if (window)
+        window->close();
+}
+
+void AppDelegate::toggleAutoResizeToImageSize()
+{
+    const bool on = !m_with.settings.autoResizeToImageSize();
+    m_with.settings.setAutoResizeToImageSize(on);
+    settingChanged();
+    if (!m_viewController)
+        return;
+    if (!on)
+        return applyWindowBackground();
+    applyAverageColorBackground();
+    fitWindowToImage();
+}
+
+void AppDelegate::resizeWindowToImage()
+{
+    const bool on = !m_with.settings.autoResizeToImageSize();
+    m_with.settings.setAutoResizeToImageSize(on);
+    settingChanged();
+    if (m_menu)
+        m_menu->markSize(on ? m_menu->resizeToImageMenuItem : nullptr);
+    if (!m_viewController)
+        return;
+    if (!on)
+        return applyWindowBackground();
+    applyAverageColorBackground();
+    fitWindowToImage();
+}
+
+void AppDelegate::resizeWindowSmall()
+{
+    beginFixedSize();
+    if (!m_viewController)
+        return;
+    m_menu->markSize(m_menu->resizeSmallMenuItem);
+    m_viewController->resizeWindow(true, 600, 400);
+}
+
+void AppDelegate::resizeWindowMedium()
+{
+    beginFixedSize();
+    if (!m_viewController)
+        return;
+    m_menu->markSize(m_menu->resizeMediumMenuItem);
+    m_viewController->resizeWindow(true, 900, 600);
+}
+
+void AppDelegate::resizeWindowLarge()
+{
+    beginFixedSize();
+    if (!m_viewController)
+        return;
+    m_menu->markSize(m_menu->resizeLargeMenuItem);
+    m_viewController->resizeWindowToScreen(true);
+}
+
+void AppDelegate::beginFixedSize()
+{
+    // A size of its own ends the resizing to each image, or the next image would undo it.
+    if (m_with.settings.autoResizeToImageSize()) {
+        m_with.settings.setAutoResizeToImageSize(false);
+        settingChanged();
+    }
+    if (m_viewController)
+        applyWindowBackground();
+}
+
+void AppDelegate::applyWindowBackground()
+{
+    m_viewController->applyBackgroundColor(m_viewController->windowBackgroundColor());
+}
+
+void AppDelegate::applyAverageColorBackground()
+{
+    if (const FileURL file = m_viewController->currentFile(); !file.empty())
+        m_viewController->applyAverageColorBackground(file);
+}
+
+void AppDelegate::fitWindowToImage()
+{
+    if (m_viewController->currentImage())
+        m_viewController->fitWindowToImage(m_with.settings.autoResizeWithAnimation());
+}
+
+void AppDelegate::terminate()
+{
+    // Not quit(), which first asks every window to close: nothing is saved, and nobody may object.
+    QApplication::exit(0);
+}
+
+} // namespace tallowmere
