@@ -1,0 +1,160 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#include "tests/e2e/E2ETest.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace tallowmere {
+
+using desktop::Rectangle;
+using desktop::waitUntil;
+
+class LaunchTest : public E2ETest
+{
+protected:
+    /// The frame lies in the middle of the work area; a pixel may be lost to rounding.
+    [[nodiscard]] bool waitUntilCentred(int tolerance = 1)
+    {
+        const auto area = screenAndKeys.workArea();
+        return waitUntil([&] {
+            const auto frame = windows.frame(window);
+            return std::abs(frame.centre().x - area.centre().x) <= tolerance &&
+                std::abs(frame.centre().y - area.centre().y) <= tolerance;
+        });
+    }
+};
+
+TEST_F(LaunchTest, withoutAFileShowsTheIdleWindowCentredWith600By400Contents)
+{
+    start();
+    EXPECT_TRUE(waitForTitle("Tallowmere")) << situation();
+    const Rectangle contents = windows.contents(window);
+    EXPECT_EQ(contents.width, 600);
+    // The menu bar is part of the window and not of its contents.
+    EXPECT_GE(contents.height, 400 + 15);
+    EXPECT_LE(contents.height, 400 + 45);
+    // The window is placed before the window manager has told how high its title bar is.
+    const int halfTitleBar = (windows.frame(window).height - contents.height) / 2;
+    EXPECT_TRUE(waitUntilCentred(1 + halfTitleBar)) << situation();
+    EXPECT_TRUE(showsNoPicture());
+    EXPECT_TRUE(program->running());
+}
+
+TEST_F(LaunchTest, theIdleScreenShowsTheLogoAndTheInstruction)
+{
+    start();
+    const Rectangle contents = windows.contents(window);
+    const auto distinct = [&](int fromTop, int height) {
+        const auto part = screen.capture({contents.x + 40, contents.y + fromTop, contents.width - 80, height});
+        return std::ranges::count_if(part.pixels, [&](const auto &pixel) { return !alike(pixel, part.pixels.front(), 40); });
+    };
+    // Above the middle the logo, below it a line of text.
+    EXPECT_TRUE(waitUntil([&] { return distinct(80, 150) > 200; })) << situation();
+    EXPECT_TRUE(waitUntil([&] { return distinct(230, 150) > 200; })) << situation();
+}
+
+TEST_F(LaunchTest, withAPhotoFitsTheWindowToItInTheMiddleOfTheWorkArea)
+{
+    addPicture("photo.jpg", kRed, 640, 480);
+    start({"photo.jpg"});
+    EXPECT_TRUE(waitForPicture("photo.jpg", kRed)) << situation();
+    EXPECT_TRUE(waitUntil([&] { return std::abs(windows.frame(window).width - 640) <= 2; })) << situation();
+    EXPECT_TRUE(waitUntilCentred()) << situation();
+    // The picture reaches the contents' lower corners: no wider and no taller than it.
+    const Rectangle contents = windows.contents(window);
+    EXPECT_TRUE(screen.waitForColour({contents.x + 4, contents.y + contents.height - 5}, kSurround));
+    EXPECT_TRUE(screen.waitForColour({contents.x + contents.width - 5, contents.y + contents.height - 5}, kSurround));
+    EXPECT_TRUE(screen.waitForColour({contents.x + 4, contents.y + contents.height - 475}, kSurround));
+}
+
+TEST_F(LaunchTest, aPhotoLargerThanTheScreenFillsTheWorkAreaInOneDirection)
+{
+    addPicture("large.jpg", kGreen, 3000, 2000);
+    start({"large.jpg"});
+    EXPECT_TRUE(waitForPicture("large.jpg", kGreen)) << situation();
+    const Rectangle area = screenAndKeys.workArea();
+    EXPECT_TRUE(waitUntil([&] { return std::abs(windows.frame(window).height - area.height) <= 1; })) << situation();
+    EXPECT_TRUE(waitUntilCentred()) << situation();
+    const Rectangle frame = windows.frame(window);
+    const double ratio = static_cast<double>(frame.width) / (frame.height - 45.0);
+    EXPECT_NEAR(ratio, 1.5, 0.1) << situation();
+}
+
+TEST_F(LaunchTest, ofThreeFilesTheFirstIsOpened)
+{
+    addPicture("a.jpg", kRed);
+    addPicture("b.jpg", kGreen);
+    addPicture("c.jpg", kBlue);
+    start({"b.jpg", "c.jpg", "a.jpg"});
+    EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    EXPECT_TRUE(program->waitForOutput("✅ Successfully loaded 3 files from directory\n")) << situation();
+}
+
+TEST_F(LaunchTest, anUpperCaseExtensionIsAccepted)
+{
+    addPicture("HOLIDAY.JPG", kBlue);
+    start({"HOLIDAY.JPG"});
+    EXPECT_TRUE(waitForPicture("HOLIDAY.JPG", kBlue)) << situation();
+}
+
+TEST_F(LaunchTest, aPngIsShown)
+{
+    addFile("a.png", photos::makePlainPng(300, 200, {224, 200, 24}));
+    start({"a.png"});
+    EXPECT_TRUE(waitForPicture("a.png", kYellow)) << situation();
+}
+
+TEST_F(LaunchTest, aPngWhilePngIsSwitchedOffLeavesTheIdleWindow)
+{
+    writeSettings("PNGSupportEnabled=false\n");
+    addFile("a.png", photos::makePlainPng(300, 200, {224, 200, 24}));
+    addPicture("b.jpg", kRed);
+    start({"a.png", "b.jpg"});
+    // Refused, and the next of the list is not taken in its place.
+    waitUntilKeysAreDealtWith();
+    EXPECT_EQ(windows.title(window), "Tallowmere");
+    EXPECT_TRUE(showsNoPicture()) << situation();
+    EXPECT_EQ(program->output().find("Successfully"), std::string::npos);
+}
+
+TEST_F(LaunchTest, aFileThatIsNoPictureByItsNameLeavesTheIdleWindow)
+{
+    addFile("notes.txt", picture(kRed));
+    start({"notes.txt"});
+    EXPECT_TRUE(waitForTitle("Tallowmere"));
+    EXPECT_TRUE(showsNoPicture()) << situation();
+    EXPECT_EQ(program->errors(), "");
+}
+
+TEST_F(LaunchTest, anOrientationTagTurnsThePhotoUpright)
+{
+    // Stored lying: its left becomes the top when turned clockwise, as orientation 6 asks.
+    photos::JpegOptions options;
+    options.orientation = 6;
+    addFile("turned.jpg", photos::makeHalves(600, 400, {208, 32, 32}, {32, 64, 200}, options));
+    start({"turned.jpg"});
+    EXPECT_TRUE(waitForTitle("Tallowmere • turned.jpg"));
+    EXPECT_TRUE(waitUntil([&] { return std::abs(windows.frame(window).width - 400) <= 2; })) << situation();
+    const Rectangle contents = windows.contents(window);
+    const int bottom = contents.y + contents.height;
+    EXPECT_TRUE(screen.waitForColour({contents.centre().x, bottom - 590}, kRed)) << situation();
+    EXPECT_TRUE(screen.waitForColour({contents.centre().x, bottom - 330}, kRed)) << situation();
+    EXPECT_TRUE(screen.waitForColour({contents.centre().x, bottom - 270}, kBlue)) << situation();
+    EXPECT_TRUE(screen.waitForColour({contents.centre().x, bottom - 10}, kBlue)) << situation();
+}
+
+TEST_F(LaunchTest, aPhotoOf48MegapixelsIsShown)
+{
+    addPicture("huge.jpg", kYellow, 8000, 6000);
+    start({"huge.jpg"});
+    EXPECT_TRUE(waitForPicture("huge.jpg", kYellow)) << situation();
+}
+
+TEST_F(LaunchTest, theWindowIsKnownToTheDesktopByTheProgramsName)
+{
+    start();
+    EXPECT_EQ(windows.className(window), "tallowmere");
+}
+
+} // namespace tallowmere

@@ -1,0 +1,242 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#include "tests/e2e/E2ETest.h"
+
+#include <cstdlib>
+
+namespace tallowmere {
+
+using desktop::Point;
+using desktop::Rectangle;
+using desktop::waitUntil;
+namespace key = desktop::key;
+
+class WindowSizeTest : public E2ETest
+{
+protected:
+    void SetUp() override
+    {
+        addPicture("a.jpg", kRed, 640, 480);
+        addPicture("b.jpg", kGreen, 800, 300);
+    }
+    /// Shows a.jpg in a window of its size.
+    void startFitted()
+    {
+        start({"a.jpg"});
+        ASSERT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+        ASSERT_TRUE(waitUntil([&] { return std::abs(windows.frame(window).width - 640) <= 2; })) << situation();
+        ASSERT_TRUE(waitUntilFrameRests());
+    }
+    /// The animation of 250 ms is over: the frame is in the middle of the work area.
+    [[nodiscard]] bool waitUntilFrameRests()
+    {
+        const Point middle = screenAndKeys.workArea().centre();
+        return waitUntil([&] {
+            const Point centre = windows.frame(window).centre();
+            return std::abs(centre.x - middle.x) <= 1 && std::abs(centre.y - middle.y) <= 1;
+        });
+    }
+    [[nodiscard]] static Rectangle around(const Point &centre, int width, int height)
+    {
+        return {centre.x - width / 2, centre.y - height / 2, width, height};
+    }
+    [[nodiscard]] bool waitForSetting(const std::string &line)
+    {
+        return waitUntil([&] { return settings().find(line + "\n") != std::string::npos; });
+    }
+    [[nodiscard]] std::ptrdiff_t occurrences(const std::string &text) const
+    {
+        std::ptrdiff_t count = 0;
+        const std::string all = settings();
+        for (auto at = all.find(text); at != std::string::npos; at = all.find(text, at + 1))
+            ++count;
+        return count;
+    }
+};
+
+TEST_F(WindowSizeTest, control1MakesTheFrame600By400AroundItsCentreAndEndsAutomaticResizing)
+{
+    startFitted();
+    const Point centre = windows.frame(window).centre();
+    input.control('1');
+    EXPECT_TRUE(waitForFrame(around(centre, 600, 400), 2)) << situation();
+    EXPECT_TRUE(waitForSetting("AutoResizeToImageSize=false")) << situation();
+    // The window keeps its size from now on.
+    input.press(key::kLeft);
+    EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    EXPECT_TRUE(waitForFrame(around(centre, 600, 400), 2)) << situation();
+}
+
+TEST_F(WindowSizeTest, control1AtTheScreensEdgeKeepsTheCentreAndMayPassTheEdge)
+{
+    startFitted();
+    windows.moveAndResize(window, {1500, 400, 300, 200});
+    ASSERT_TRUE(waitUntil([&] { return windows.contents(window).width == 300 && windows.frame(window).x == 1500; }))
+        << situation();
+    const Point centre = windows.frame(window).centre();
+    input.control('1');
+    EXPECT_TRUE(waitForFrame(around(centre, 600, 400), 2)) << situation();
+}
+
+TEST_F(WindowSizeTest, control2MakesTheFrame900By600)
+{
+    startFitted();
+    const Point centre = windows.frame(window).centre();
+    input.control('2');
+    EXPECT_TRUE(waitForFrame(around(centre, 900, 600), 2)) << situation();
+    EXPECT_TRUE(waitForSetting("AutoResizeToImageSize=false")) << situation();
+}
+
+TEST_F(WindowSizeTest, control3LeavesFortyPointsOfTheWorkAreaOnEverySide)
+{
+    startFitted();
+    const Rectangle area = screenAndKeys.workArea();
+    input.control('3');
+    EXPECT_TRUE(waitForFrame({area.x + 40, area.y + 40, area.width - 80, area.height - 80})) << situation();
+    EXPECT_TRUE(waitForSetting("AutoResizeToImageSize=false")) << situation();
+}
+
+TEST_F(WindowSizeTest, control4TogglesAutomaticResizingExactlyOnce)
+{
+    startFitted();
+    const Rectangle before = windows.frame(window);
+    input.control('4');
+    EXPECT_TRUE(waitForSetting("AutoResizeToImageSize=false")) << situation();
+    input.press(key::kLeft);
+    ASSERT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    EXPECT_EQ(windows.frame(window), before) << "switched off, the window keeps its size\n" << situation();
+    input.control('4');
+    EXPECT_TRUE(waitForSetting("AutoResizeToImageSize=true")) << situation();
+    EXPECT_TRUE(waitUntil([&] { return std::abs(windows.frame(window).width - 800) <= 2; })) << situation();
+}
+
+TEST_F(WindowSizeTest, fixedSizesWorkWithoutAFile)
+{
+    start();
+    const Point centre = windows.frame(window).centre();
+    input.control('2');
+    EXPECT_TRUE(waitForFrame(around(centre, 900, 600), 2)) << situation();
+    input.control('1');
+    EXPECT_TRUE(waitForFrame(around(centre, 600, 400), 2)) << situation();
+}
+
+TEST_F(WindowSizeTest, aFixedSizeEndsTheMaximisedState)
+{
+    startFitted();
+    windows.maximise(window);
+    ASSERT_TRUE(waitUntil([&] { return windows.hasState(window, "_NET_WM_STATE_MAXIMIZED_VERT"); }));
+    input.control('1');
+    EXPECT_TRUE(waitUntil([&] {
+        const Rectangle frame = windows.frame(window);
+        return !windows.hasState(window, "_NET_WM_STATE_MAXIMIZED_VERT") && frame.width == 600 && frame.height == 400;
+    })) << situation();
+}
+
+TEST_F(WindowSizeTest, aMaximisedWindowKeepsItsFrameWhenAnotherPictureComes)
+{
+    startFitted();
+    windows.maximise(window);
+    const Rectangle area = screenAndKeys.workArea();
+    ASSERT_TRUE(waitForFrame(area));
+    input.press(key::kLeft);
+    EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    input.press(key::kRight);
+    EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    EXPECT_EQ(windows.frame(window), area) << situation();
+}
+
+TEST_F(WindowSizeTest, settingsSurviveTheProgram)
+{
+    startFitted();
+    input.control('1');
+    ASSERT_TRUE(waitForSetting("AutoResizeToImageSize=false")) << situation();
+    ASSERT_EQ(callApplication("ActivateAction", {"quit", "[]", "{}"}).status, 0);
+    ASSERT_EQ(program->waitForExit(), 0);
+    EXPECT_EQ(occurrences("AutoResizeToImageSize"), 1) << settings();
+    start({"b.jpg"});
+    EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    // No longer fitted to the picture, which is 800 wide.
+    EXPECT_EQ(windows.contents(window).width, 600) << situation();
+}
+
+TEST_F(WindowSizeTest, settingsAreReadUnderTheirExactNames)
+{
+    writeSettings("AutoResizeToImageSize=false\nFileNameDisplayLocation=off\n");
+    start({"b.jpg"});
+    EXPECT_TRUE(program->waitForOutput("✅ Successfully loaded 2 files from directory\n")) << situation();
+    EXPECT_TRUE(waitUntil([&] { return alike(screen.at(windows.contents(window).centre()), kGreen); })) << situation();
+    EXPECT_EQ(windows.contents(window).width, 600) << situation();
+    EXPECT_EQ(windows.title(window), "Tallowmere");
+}
+
+TEST_F(WindowSizeTest, withoutAutomaticResizingAPictureIsScaledIntoTheWindow)
+{
+    writeSettings("AutoResizeToImageSize=false\n");
+    addPicture("wide.jpg", kBlue, 2400, 600);
+    start({"wide.jpg"});
+    ASSERT_TRUE(waitForPicture("wide.jpg", kBlue)) << situation();
+    const Rectangle contents = windows.contents(window);
+    // 600 wide, so 150 high: the surround reaches the sides, and the window's own colour lies above and below.
+    const int middle = contents.y + contents.height - 200;
+    EXPECT_TRUE(screen.waitForColour({contents.x + 10, middle}, kSurround)) << situation();
+    EXPECT_TRUE(screen.waitForColour({contents.centre().x, middle - 65}, kSurround)) << situation();
+    EXPECT_FALSE(alike(screen.at({contents.centre().x, middle - 100}), kSurround));
+    EXPECT_FALSE(alike(screen.at({contents.centre().x, middle + 100}), kSurround));
+}
+
+TEST_F(WindowSizeTest, hideMinimisesTheWindow)
+{
+    startFitted();
+    input.control('h');
+    EXPECT_TRUE(waitUntil([&] { return !windows.visible(window); })) << situation();
+    windows.activate(window);
+    EXPECT_TRUE(waitUntil([&] { return windows.visible(window); })) << situation();
+    EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+}
+
+TEST_F(WindowSizeTest, controlWClosesTheWindowAndControlQQuits)
+{
+    startFitted();
+    input.control('w');
+    EXPECT_TRUE(waitUntil([&] { return !windows.visible(window); })) << situation();
+    EXPECT_TRUE(program->running());
+    ASSERT_EQ(callApplication("Activate", {"{}"}).status, 0);
+    adopt(program->id());
+    input.control('q');
+    EXPECT_EQ(program->waitForExit(), 0) << situation();
+}
+
+TEST_F(WindowSizeTest, aDoubleClickOnTheIdleWindowOpensTheOpenPanel)
+{
+    start();
+    input.click(windows.contents(window).centre(), 2);
+    EXPECT_TRUE(waitUntil([&] { return windows.ofProcess(program->id()).size() == 2; })) << situation();
+    input.press(key::kEscape);
+    EXPECT_TRUE(waitUntil([&] { return windows.ofProcess(program->id()).size() == 1; })) << situation();
+}
+
+TEST_F(WindowSizeTest, aDoubleClickOnAPictureDoesNothing)
+{
+    startFitted();
+    input.click(windows.contents(window).centre(), 2);
+    waitUntilKeysAreDealtWith();
+    EXPECT_EQ(windows.ofProcess(program->id()).size(), 1U) << situation();
+    EXPECT_EQ(windows.title(window), "Tallowmere • a.jpg");
+}
+
+TEST_F(WindowSizeTest, controlOOpensThePanelAndAFileChosenThereIsShown)
+{
+    start();
+    input.control('o');
+    ASSERT_TRUE(waitUntil([&] { return windows.ofProcess(program->id()).size() == 2; })) << situation();
+    const auto panel = windows.ofProcess(program->id()).back();
+    ASSERT_TRUE(waitUntil([&] { return windows.hasFocus(panel); })) << situation();
+    const std::string path = folders.pictures() / "b.jpg";
+    for (const char character : path)
+        input.type(character);
+    input.press(key::kReturn);
+    EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    EXPECT_TRUE(waitUntil([&] { return windows.ofProcess(program->id()).size() == 1; })) << situation();
+}
+
+} // namespace tallowmere
