@@ -104,7 +104,10 @@ void SteppedLauncher::launch(const std::string &label, QualityOfService quality,
     m_launched.push_back({label, quality, std::move(job)});
 }
 
-Job SteppedLauncher::take(std::size_t index) { return std::exchange(m_launched.at(index).job, {}); }
+Job SteppedLauncher::take(std::size_t index)
+{
+    return std::exchange(m_launched.at(index).job, {});
+}
 
 void SteppedLauncher::run(std::size_t index)
 {

@@ -93,7 +93,8 @@ TEST(CacheBudget, leavesAFifthOfTheWholeFree)
 
 TEST(CacheBudget, followsTheTightestBound)
 {
-    EXPECT_EQ(cacheBudgetFor({{50_MiB, 4000_MiB}, {900_MiB, 10_GiB}, {1_GiB, 4_GiB}}, 4000_MiB), 4000_MiB + 900_MiB - 2_GiB);
+    EXPECT_EQ(cacheBudgetFor({{50_MiB, 4000_MiB}, {900_MiB, 10_GiB}, {1_GiB, 4_GiB}}, 4000_MiB),
+              4000_MiB + 900_MiB - 2_GiB);
 }
 
 TEST(CacheBudget, keepsRoomForOneImageHoweverShortMemoryIs)
