@@ -13,6 +13,7 @@
 
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
 #include <cstdio>
 
@@ -50,8 +51,11 @@ int main(int argc, char **argv)
     preloadFirst(line.files);
     SharedPipeline &pipeline = SharedPipeline::instance();
     AppDelegate *delegate = nullptr; // main thread
+    std::atomic<bool> starting{true};
     ApplicationBus bus({}, [&](ApplicationRequest request) {
-        preloadFirst(request.files);
+        // Later on the main thread is there to look into the cache first.
+        if (starting)
+            preloadFirst(request.files);
         // Requests wait in the queue, in order, until the event loop runs.
         pipeline.mainQueue.async([&delegate, request = std::move(request)] { delegate->handle(request); });
     });
@@ -70,5 +74,6 @@ int main(int argc, char **argv)
     theDelegate.applicationDidFinishLaunching();
     if (!line.files.isEmpty())
         theDelegate.applicationOpenFiles(line.files);
+    starting = false;
     leave(toolkit.run(pipeline));
 }
