@@ -14,6 +14,8 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <QThread>
+
 #include <csignal>
 #include <cstdio>
 
@@ -47,6 +49,8 @@ int main(int argc, char **argv)
     if (line.nothingLeft())
         return 2;
 
+    // Qt takes the first thread it meets for the main one: that must not be the bus's, which reads settings.
+    QThread::currentThread();
     // From here on the photo is being decoded, while the bus and then the window system are connected.
     preloadFirst(line.files);
     SharedPipeline &pipeline = SharedPipeline::instance();

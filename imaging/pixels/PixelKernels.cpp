@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "imaging/pixels/PixelKernels.h"
 
+#include "imaging/pixels/PixelKernelSets.h"
+
 #include <algorithm>
+#include <vector>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/pixels/PixelKernels.cpp"
@@ -298,50 +301,102 @@ void mixColourRow(std::byte *pixels, std::size_t count, const MixingTables &tabl
     }
 }
 
+constexpr KernelSet kKernels{
+    .instructionSet = HWY_STR(HWY_NAMESPACE),
+    .sumChannels = sumChannels,
+    .premultiplyPixels = premultiplyPixels,
+    .transposeRows = transposeRows,
+    .filterOneRow = filterOneRow,
+    .filterOneColumnSet = filterOneColumnSet,
+    .mixColourRow = mixColourRow,
+};
+
 } // namespace tallowmere::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 namespace tallowmere {
 
-HWY_EXPORT(sumChannels);
-HWY_EXPORT(premultiplyPixels);
-HWY_EXPORT(transposeRows);
-HWY_EXPORT(filterOneRow);
-HWY_EXPORT(filterOneColumnSet);
-HWY_EXPORT(mixColourRow);
+namespace {
+
+// Highway's own dispatch is not used: its library calibrates a timer when it is loaded, 5 ms of every start, and
+// nothing else of it is needed.
+std::vector<const KernelSet *> kernelSetsOfThisProcessor()
+{
+    std::vector<const KernelSet *> sets;
+#if HWY_ARCH_X86
+    __builtin_cpu_init();
+#define TALLOWMERE_HAS(feature) (__builtin_cpu_supports(feature) != 0)
+#if HWY_TARGETS & HWY_AVX3
+    if (TALLOWMERE_HAS("avx512f") && TALLOWMERE_HAS("avx512bw") && TALLOWMERE_HAS("avx512cd") &&
+        TALLOWMERE_HAS("avx512dq") && TALLOWMERE_HAS("avx512vl") && TALLOWMERE_HAS("bmi2") && TALLOWMERE_HAS("fma"))
+        sets.push_back(&N_AVX3::kKernels);
+#endif
+#if HWY_TARGETS & HWY_AVX2
+    if (TALLOWMERE_HAS("avx2") && TALLOWMERE_HAS("bmi") && TALLOWMERE_HAS("bmi2") && TALLOWMERE_HAS("fma"))
+        sets.push_back(&N_AVX2::kKernels);
+#endif
+#if HWY_TARGETS & HWY_SSE4
+    if (TALLOWMERE_HAS("sse4.2") && TALLOWMERE_HAS("aes") && TALLOWMERE_HAS("pclmul"))
+        sets.push_back(&N_SSE4::kKernels);
+#endif
+#if HWY_TARGETS & HWY_SSSE3
+    if (TALLOWMERE_HAS("ssse3"))
+        sets.push_back(&N_SSSE3::kKernels);
+#endif
+#undef TALLOWMERE_HAS
+#endif
+    // The compiler's last pass over this file was for what every processor of the architecture has.
+    sets.push_back(&HWY_NAMESPACE::kKernels);
+    return sets;
+}
+
+const KernelSet *chosen = runnableKernelSets().front();
+
+} // namespace
+
+std::span<const KernelSet *const> runnableKernelSets()
+{
+    static const std::vector<const KernelSet *> sets = kernelSetsOfThisProcessor();
+    return sets;
+}
+
+void useKernelSet(const KernelSet &set)
+{
+    chosen = &set;
+}
 
 std::array<std::uint64_t, 4> channelSums(const std::byte *pixels, std::uint64_t count)
 {
-    return HWY_DYNAMIC_DISPATCH(sumChannels)(pixels, count);
+    return chosen->sumChannels(pixels, count);
 }
 
 void premultiply(std::byte *pixels, std::size_t count)
 {
-    HWY_DYNAMIC_DISPATCH(premultiplyPixels)(pixels, count);
+    chosen->premultiplyPixels(pixels, count);
 }
 
 void transpose(const std::uint32_t *rows, std::ptrdiff_t stride, std::size_t width, std::size_t count,
                std::uint32_t *out, std::ptrdiff_t outStride)
 {
-    HWY_DYNAMIC_DISPATCH(transposeRows)(rows, stride, width, count, out, outStride);
+    chosen->transposeRows(rows, stride, width, count, out, outStride);
 }
 
 void filterRow(const std::byte *row, const std::uint32_t *starts, const std::int16_t *weights, std::size_t count,
                std::size_t quads, int shift, std::int16_t *out)
 {
-    HWY_DYNAMIC_DISPATCH(filterOneRow)(row, starts, weights, count, quads, shift, out);
+    chosen->filterOneRow(row, starts, weights, count, quads, shift, out);
 }
 
 void filterColumns(const std::int16_t *const *rows, const std::int16_t *weights, std::size_t pairs, int shift,
                    std::size_t count, std::byte *out)
 {
-    HWY_DYNAMIC_DISPATCH(filterOneColumnSet)(rows, weights, pairs, shift, count, out);
+    chosen->filterOneColumnSet(rows, weights, pairs, shift, count, out);
 }
 
 void mixColours(std::byte *pixels, std::size_t count, const MixingTables &tables)
 {
-    HWY_DYNAMIC_DISPATCH(mixColourRow)(pixels, count, tables);
+    chosen->mixColourRow(pixels, count, tables);
 }
 
 void unpremultiply(std::byte *pixels, std::size_t count)

@@ -4,12 +4,10 @@
 
 #include "imaging/pixels/AverageColour.h"
 #include "imaging/pixels/DisplayCopy.h"
+#include "imaging/pixels/PixelKernelSets.h"
 #include "tests/imaging/pixels/Pictures.h"
 
 #include <gtest/gtest.h>
-
-#include <hwy/highway.h>
-#include <hwy/targets.h>
 
 namespace tallowmere {
 namespace {
@@ -60,23 +58,7 @@ TEST(PixelKernels, unpremultiplyTakesBackWhatPremultiplyDid)
 class EveryProcessor : public testing::Test
 {
 protected:
-    ~EveryProcessor() override
-    {
-        hwy::SetSupportedTargetsForTest(0);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-    }
-    static std::vector<std::int64_t> targets()
-    {
-        std::vector<std::int64_t> all;
-        for (std::int64_t left = (hwy::SupportedTargets() & HWY_TARGETS) | HWY_EMU128; left != 0; left &= left - 1)
-            all.push_back(left & -left);
-        return all;
-    }
-    static void pretend(std::int64_t target)
-    {
-        hwy::SetSupportedTargetsForTest(target);
-        hwy::GetChosenTarget().Update(target);
-    }
+    ~EveryProcessor() override { useKernelSet(*runnableKernelSets().front()); }
 };
 
 TEST_F(EveryProcessor, getsTheSamePixels)
@@ -100,10 +82,10 @@ TEST_F(EveryProcessor, getsTheSamePixels)
         return result;
     };
     const auto expected = work();
-    ASSERT_GE(targets().size(), 2U);
-    for (const std::int64_t target : targets()) {
-        pretend(target);
-        EXPECT_EQ(work(), expected) << hwy::TargetName(target);
+    ASSERT_GE(runnableKernelSets().size(), 2U);
+    for (const KernelSet *set : runnableKernelSets()) {
+        useKernelSet(*set);
+        EXPECT_EQ(work(), expected) << set->instructionSet;
     }
 }
 
