@@ -30,9 +30,9 @@ std::string spread(const Samples &samples)
 std::string middle(const Samples &samples)
 {
     const auto median = samples.median();
-    if (samples.failed)
-        return "not shown";
-    return median ? number(*median) : std::string("–");
+    if (!median)
+        return samples.failures > 0 ? "not shown" : "–";
+    return number(*median) + (samples.failures > 0 ? " (" + std::to_string(samples.failures) + " × not shown)" : "");
 }
 
 std::string ratio(std::optional<double> value, std::optional<double> to)
@@ -55,7 +55,7 @@ const Samples &column(const std::map<std::string, Samples> &columns, const std::
 
 std::optional<double> Samples::quantile(double share) const
 {
-    if (values.empty() || failed)
+    if (values.empty())
         return std::nullopt;
     auto sorted = values;
     std::ranges::sort(sorted);
@@ -76,7 +76,7 @@ bool Results::wants(const Row &row, const std::string &name) const
         return false;
     for (const Line &line : m_lines) {
         if (line.row.section == row.section && line.row.name == row.name)
-            return !column(line.columns, name).failed;
+            return !column(line.columns, name).givenUp();
     }
     return true;
 }
@@ -99,7 +99,7 @@ void Results::add(const Row &row, const std::string &name, std::optional<double>
     if (value)
         samples.values.push_back(*value);
     else
-        samples.failed = true;
+        ++samples.failures;
 }
 
 void Results::discardValues()

@@ -18,7 +18,10 @@ inline constexpr const char *kFloor = "floor";
 struct Samples
 {
     std::vector<double> values;
-    bool failed = false; ///< it did not come to an end once: not asked again
+    int failures = 0; ///< how often it did not come to an end
+
+    /// Not asked again: each failure costs ten seconds.
+    [[nodiscard]] bool givenUp() const { return failures >= 3; }
 
     /// @p share from 0 to 1, interpolated between neighbours; nothing without values.
     [[nodiscard]] std::optional<double> quantile(double share) const;

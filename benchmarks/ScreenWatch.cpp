@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::chrono::microseconds kShortestPause{200};
 constexpr int kPauseShare = 500;
-constexpr std::chrono::seconds kLimit{30};
+constexpr std::chrono::seconds kLimit{10};
 constexpr int kLooksPerQuestion = 64;
 
 /// Nanoseconds of processor time.

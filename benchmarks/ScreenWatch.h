@@ -28,7 +28,7 @@ public:
     /// @p desktop outlives it.
     explicit ScreenWatch(const desktop::VirtualDesktop &desktop);
 
-    /// Milliseconds from @p since until the middle is first seen in @p colour; nothing after half a minute, or once
+    /// Milliseconds from @p since until the middle is first seen in @p colour; nothing after ten seconds, or once
     /// @p hopeless says so (asked now and then).
     [[nodiscard]] std::optional<double> until(const desktop::Colour &colour, Clock::time_point since,
                                               const std::function<bool()> &hopeless = {}) const;

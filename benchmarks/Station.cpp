@@ -8,6 +8,7 @@
 #include <signal.h>
 
 #include <algorithm>
+#include <iostream>
 #include <stdexcept>
 
 namespace tallowmere::bench {
@@ -22,20 +23,28 @@ constexpr std::chrono::milliseconds kRest{400};
 constexpr desktop::DisplayOptions kWholeScreen{
     .width = 1920, .height = 1080, .marginTop = 0, .marginBottom = 0, .marginLeft = 0, .marginRight = 0};
 
+constexpr const char *kInTheMiddle = "<position force=\"yes\"><x>center</x><y>center</y></position>";
+
+std::string rule(const std::string &windowClass, const std::string &effect)
+{
+    return "<application class=\"" + windowClass + "\" type=\"normal\">" + effect + "</application>";
+}
+
 std::string windowManagerConfiguration(Mode mode)
 {
-    const std::string rules = mode == Mode::maximised
-                                  ? "<applications><application class=\"*\" "
-                                    "type=\"normal\"><maximized>yes</maximized></application></applications>"
-                                  : "";
+    // In the other mode each window has its own size. Some of the peers put theirs into a corner: only in the middle of
+    // the screen can all be compared.
+    const std::string rules = mode == Mode::maximised ? rule("*", "<maximized>yes</maximized>")
+                                                      : rule("feh", kInTheMiddle) + rule("Geeqie", kInTheMiddle) +
+                                                            rule("qimgv", kInTheMiddle);
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>"
            "<openbox_config xmlns=\"http://openbox.org/3.4/rc\">"
            "<focus><focusNew>yes</focusNew></focus>"
            "<placement><policy>Smart</policy><center>yes</center></placement>"
            "<theme><name>Clearlooks</name><titleLayout>NLIMC</titleLayout></theme>"
            "<desktops><number>1</number><popupTime>0</popupTime></desktops>"
-           "<keyboard/><mouse/>" +
-           rules + "</openbox_config>\n";
+           "<keyboard/><mouse/><applications>" +
+           rules + "</applications></openbox_config>\n";
 }
 
 /// What a first launch leaves behind is there already, so that every round is a later one.
@@ -105,7 +114,12 @@ std::optional<double> Station::timeToVisible(const std::vector<std::string> &com
     waitForBareScreen();
     const auto begin = Clock::now();
     const auto process = start(command);
-    return watch.until(colour, begin, [&] { return !process->running(); });
+    const auto passed = watch.until(colour, begin, [&] { return !process->running(); });
+    if (!passed) {
+        std::cerr << command.front() << ": not shown; " << (process->running() ? "still runs" : "has ended") << '\n'
+                  << process->errors();
+    }
+    return passed;
 }
 
 std::unique_ptr<desktop::Process> Station::startAndRest(const std::vector<std::string> &command,

@@ -41,7 +41,8 @@ std::vector<std::string> floorWindow(int width, int height)
 std::vector<Viewer> installedPeers()
 {
     std::vector<Viewer> peers{
-        // Larger pictures are shrunk to the window or the screen, smaller ones enlarged.
+        // Larger pictures are shrunk to the window or the screen, smaller ones enlarged. Where its
+        // window is not maximised it now and then moves it into a corner after all, which counts as "not shown".
         viewer("feh", {"--scale-down", "--auto-zoom"}),
         // Scale mode "fit": the whole picture, enlarged or shrunk.
         viewer("nsxiv", {"-s", "f"}),
