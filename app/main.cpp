@@ -11,11 +11,11 @@
 #include "settings/SettingsManager.h"
 #include "support/Diagnostics.h"
 
+#include <QThread>
+
 #include <unistd.h>
 
 #include <atomic>
-#include <QThread>
-
 #include <csignal>
 #include <cstdio>
 

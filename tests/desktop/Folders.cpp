@@ -37,7 +37,8 @@ TemporaryFolder::~TemporaryFolder()
 
 UserFolders::UserFolders(std::optional<uid_t> owner)
 {
-    for (const fs::path &folder : {home(), config(), data(), root() / "cache", root() / "state", root() / "run", pictures()}) {
+    for (const fs::path &folder :
+         {home(), config(), data(), root() / "cache", root() / "state", root() / "run", pictures()}) {
         fs::create_directories(folder);
         if (owner && ::geteuid() == 0 && ::chown(folder.c_str(), *owner, *owner) != 0)
             throw std::runtime_error("cannot give away " + folder.string());

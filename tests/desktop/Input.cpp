@@ -21,18 +21,16 @@ constexpr std::uint8_t kWheelTowards = 5;
 /// Makes sure the server has taken everything sent so far.
 void synchronise(xcb_connection_t *connection)
 {
-    const auto answer = replyTo<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply, connection,
-                                                             xcb_get_input_focus(connection));
+    const auto answer =
+        replyTo<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply, connection, xcb_get_input_focus(connection));
     if (!answer)
         throw std::runtime_error("the X server is gone");
 }
 
 } // namespace
 
-Input::Input(const VirtualDesktop &desktop) :
-    m_desktop(desktop), m_symbols(xcb_key_symbols_alloc(desktop.connection()))
-{
-}
+Input::Input(const VirtualDesktop &desktop) : m_desktop(desktop), m_symbols(xcb_key_symbols_alloc(desktop.connection()))
+{}
 
 Input::~Input()
 {

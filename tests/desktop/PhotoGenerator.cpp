@@ -128,13 +128,14 @@ std::uint8_t channel(float value)
 class Landscape
 {
 public:
-    Landscape(int width, int height, std::uint64_t seed) :
-        m_height(height), m_seed(seed), m_clouds(width, std::max(16, width / 6), seed + 1),
-        m_texture(width, std::max(6, width / 90), seed + 2), m_detail(width, 5, seed + 3)
+    Landscape(int width, int height, std::uint64_t seed)
+        : m_height(height), m_seed(seed), m_clouds(width, std::max(16, width / 6), seed + 1),
+          m_texture(width, std::max(6, width / 90), seed + 2), m_detail(width, 5, seed + 3)
     {
         constexpr int kRidges = 4;
         for (int ridge = 0; ridge < kRidges; ++ridge) {
-            const ValueNoise line(width, std::max(8, width / (4 + 3 * ridge)), seed + 10 + static_cast<unsigned>(ridge));
+            const ValueNoise line(width, std::max(8, width / (4 + 3 * ridge)),
+                                  seed + 10 + static_cast<unsigned>(ridge));
             std::vector<float> heights(static_cast<std::size_t>(width), 0.0F);
             line.row(0, heights, 0.09F);
             for (float &value : heights)
@@ -172,7 +173,8 @@ private:
             ridge += 1.0F;
             if (y > line[x]) {
                 const float shade = m_fine[x] * ridge * 0.35F + m_soft[x] * 0.4F;
-                colour = {128.0F - 22.0F * ridge + shade, 146.0F - 16.0F * ridge + shade, 150.0F - 30.0F * ridge + shade};
+                colour = {128.0F - 22.0F * ridge + shade, 146.0F - 16.0F * ridge + shade,
+                          150.0F - 30.0F * ridge + shade};
             }
         }
         return colour;
@@ -255,7 +257,8 @@ std::vector<std::byte> makeTarget(int width, int height, const Rgb &centre, cons
     const auto rows = [&](int y, std::span<std::uint8_t> row) {
         paint(row, surround);
         if (y >= height / 4 && y < height - height / 4)
-            paint(row.subspan(static_cast<std::size_t>(width / 4) * 3, static_cast<std::size_t>(width / 2) * 3), centre);
+            paint(row.subspan(static_cast<std::size_t>(width / 4) * 3, static_cast<std::size_t>(width / 2) * 3),
+                  centre);
     };
     return encodeJpeg(width, height, rows, options);
 }

@@ -73,7 +73,7 @@ struct Child
         bool ready = !workingDirectory || ::chdir(workingDirectory) == 0;
         if (user && ::geteuid() == 0) {
             ready = ready && ::setgroups(0, nullptr) == 0 && ::setresgid(*user, *user, *user) == 0 &&
-                ::setresuid(*user, *user, *user) == 0;
+                    ::setresuid(*user, *user, *user) == 0;
         }
         // A test that is itself killed leaves no servers behind. Asked for after the change of user, which forgets it.
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -107,8 +107,14 @@ Process::Process(const Launch &launch) : m_folder(makeFolder())
     const int output = openForWriting(m_folder / "output");
     const int errors = openForWriting(m_folder / "errors");
     const std::string directory = launch.workingDirectory;
-    const Child child{argumentPointers.data(), environmentPointers.data(), directory.empty() ? nullptr : directory.c_str(),
-                      output, errors, launch.inheritedDescriptor, launch.user, ::getpid()};
+    const Child child{argumentPointers.data(),
+                      environmentPointers.data(),
+                      directory.empty() ? nullptr : directory.c_str(),
+                      output,
+                      errors,
+                      launch.inheritedDescriptor,
+                      launch.user,
+                      ::getpid()};
     m_id = ::fork();
     if (m_id == 0)
         child.become(failure[1]);

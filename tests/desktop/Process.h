@@ -22,11 +22,11 @@ inline constexpr uid_t kOrdinaryUser = 65534;
 /// What to start, and how.
 struct Launch
 {
-    std::vector<std::string> arguments;      ///< the program first; looked up in PATH when it holds no slash
-    Environment environment;                 ///< the whole of it: nothing is inherited
-    std::filesystem::path workingDirectory;  ///< empty: this process's own
-    std::optional<uid_t> user;               ///< only root can become somebody else
-    int inheritedDescriptor = -1;            ///< stays open in the program under the same number
+    std::vector<std::string> arguments;     ///< the program first; looked up in PATH when it holds no slash
+    Environment environment;                ///< the whole of it: nothing is inherited
+    std::filesystem::path workingDirectory; ///< empty: this process's own
+    std::optional<uid_t> user;              ///< only root can become somebody else
+    int inheritedDescriptor = -1;           ///< stays open in the program under the same number
 };
 
 /// A running program with its output, in a process group of its own. Ends with this object, children included.

@@ -16,7 +16,7 @@ namespace tallowmere::desktop {
 bool alike(const Colour &a, const Colour &b, int tolerance)
 {
     return std::abs(a.red - b.red) <= tolerance && std::abs(a.green - b.green) <= tolerance &&
-        std::abs(a.blue - b.blue) <= tolerance;
+           std::abs(a.blue - b.blue) <= tolerance;
 }
 
 Picture Screen::capture(const Rectangle &area) const
@@ -49,9 +49,7 @@ Picture Screen::capture(const Rectangle &area) const
 Colour Screen::at(const Point &point) const
 {
     const Picture picture = capture({point.x, point.y, 1, 1});
-    if (picture.pixels.empty())
-        throw std::runtime_error("a point outside the screen");
-    return picture.pixels.front();
+    return picture.pixels.empty() ? kNoColour : picture.pixels.front();
 }
 
 bool Screen::waitForColour(const Point &point, const Colour &colour, int tolerance) const

@@ -24,6 +24,9 @@ struct Colour
     }
 };
 
+/// Like no other.
+inline constexpr Colour kNoColour{-1000, -1000, -1000};
+
 /// Whether no channel differs by more than @p tolerance (lossy formats and colour profiles move a colour a little).
 [[nodiscard]] bool alike(const Colour &a, const Colour &b, int tolerance = 12);
 
@@ -49,6 +52,7 @@ public:
 
     /// @p area is cut to the screen.
     [[nodiscard]] Picture capture(const Rectangle &area) const;
+    /// kNoColour outside the screen, where a window may be for a moment while the window manager shows it.
     [[nodiscard]] Colour at(const Point &point) const;
     [[nodiscard]] bool waitForColour(const Point &point, const Colour &colour, int tolerance = 12) const;
 

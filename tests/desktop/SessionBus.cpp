@@ -14,9 +14,13 @@ std::string configuration(const std::filesystem::path &folder)
 {
     // The test may sit on the bus as root while its program is an ordinary user.
     return "<busconfig><type>session</type>"
-           "<listen>unix:path=" + (folder / "bus").string() + "</listen>"
+           "<listen>unix:path=" +
+           (folder / "bus").string() +
+           "</listen>"
            "<auth>EXTERNAL</auth>"
-           "<servicedir>" + (folder / "services").string() + "</servicedir>"
+           "<servicedir>" +
+           (folder / "services").string() +
+           "</servicedir>"
            "<policy context=\"default\"><allow user=\"*\"/><allow own=\"*\"/>"
            "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/></policy>"
            "</busconfig>\n";
@@ -27,7 +31,8 @@ std::string between(const std::string &text, char open, char close)
 {
     const auto begin = text.find(open);
     const auto end = text.find(close, begin + 1);
-    return begin == std::string::npos || end == std::string::npos ? std::string() : text.substr(begin + 1, end - begin - 1);
+    return begin == std::string::npos || end == std::string::npos ? std::string()
+                                                                  : text.substr(begin + 1, end - begin - 1);
 }
 
 } // namespace
@@ -37,11 +42,11 @@ SessionBus::SessionBus(Environment environment) : m_environment(std::move(enviro
     std::filesystem::create_directory(m_folder.path() / "services");
     const auto file = m_folder.path() / "bus.conf";
     writeFile(file, configuration(m_folder.path()));
-    m_daemon = std::make_unique<Process>(Launch{
-        .arguments = {"dbus-daemon", "--nofork", "--print-address", "--config-file=" + file.string()},
-        .environment = m_environment,
-        .workingDirectory = {},
-        .user = {}});
+    m_daemon = std::make_unique<Process>(
+        Launch{.arguments = {"dbus-daemon", "--nofork", "--print-address", "--config-file=" + file.string()},
+               .environment = m_environment,
+               .workingDirectory = {},
+               .user = {}});
     if (!m_daemon->waitForOutput("\n"))
         throw std::runtime_error("the session bus did not start:\n" + m_daemon->errors());
     const std::string printed = m_daemon->output();

@@ -41,19 +41,19 @@ std::string windowManagerConfiguration(const DisplayOptions &options)
            "<theme><name>Clearlooks</name><titleLayout>NLIMC</titleLayout></theme>"
            "<desktops><number>1</number><popupTime>0</popupTime></desktops>"
            "<margins>" +
-        margin("top", options.marginTop) + margin("bottom", options.marginBottom) +
-        margin("left", options.marginLeft) + margin("right", options.marginRight) +
-        "</margins>"
-        "<keyboard/>"
-        "<mouse>"
-        "<context name=\"Client\"><mousebind button=\"Left\" action=\"Press\">"
-        "<action name=\"Focus\"/><action name=\"Raise\"/></mousebind></context>"
-        "<context name=\"Titlebar\"><mousebind button=\"Left\" action=\"Drag\">"
-        "<action name=\"Move\"/></mousebind></context>"
-        "<context name=\"Close\"><mousebind button=\"Left\" action=\"Click\">"
-        "<action name=\"Close\"/></mousebind></context>"
-        "</mouse>"
-        "</openbox_config>\n";
+           margin("top", options.marginTop) + margin("bottom", options.marginBottom) +
+           margin("left", options.marginLeft) + margin("right", options.marginRight) +
+           "</margins>"
+           "<keyboard/>"
+           "<mouse>"
+           "<context name=\"Client\"><mousebind button=\"Left\" action=\"Press\">"
+           "<action name=\"Focus\"/><action name=\"Raise\"/></mousebind></context>"
+           "<context name=\"Titlebar\"><mousebind button=\"Left\" action=\"Drag\">"
+           "<action name=\"Move\"/></mousebind></context>"
+           "<context name=\"Close\"><mousebind button=\"Left\" action=\"Click\">"
+           "<action name=\"Close\"/></mousebind></context>"
+           "</mouse>"
+           "</openbox_config>\n";
 }
 
 } // namespace
@@ -85,9 +85,11 @@ void VirtualDesktop::startServer()
     launch.environment = m_folders.environment();
     launch.inheritedDescriptor = ready[1];
     // No access control: a test may run its program as another user.
-    launch.arguments = {"Xvfb", "-displayfd", std::to_string(ready[1]), "-screen", "0",
-                        std::to_string(m_options.width) + 'x' + std::to_string(m_options.height) + "x24",
-                        "-nolisten", "tcp", "-noreset", "-ac", "-dpi", "96"};
+    launch.arguments = {
+        "Xvfb",      "-displayfd", std::to_string(ready[1]),
+        "-screen",   "0",          std::to_string(m_options.width) + 'x' + std::to_string(m_options.height) + "x24",
+        "-nolisten", "tcp",        "-noreset",
+        "-ac",       "-dpi",       "96"};
     m_server = std::make_unique<Process>(launch);
     ::close(ready[1]);
     const std::string number = readDisplayNumber(ready[0]);

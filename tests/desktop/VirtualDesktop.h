@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/desktop/Process.h"
 #include "tests/desktop/Folders.h"
+#include "tests/desktop/Process.h"
 
 #include <memory>
 #include <string>

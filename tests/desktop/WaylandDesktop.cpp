@@ -9,16 +9,14 @@ namespace tallowmere::desktop {
 WaylandDesktop::WaylandDesktop(const std::filesystem::path &runtimeFolder) : m_environment(m_folders.environment())
 {
     m_environment["XDG_RUNTIME_DIR"] = runtimeFolder;
-    m_compositor = std::make_unique<Process>(Launch{
-        // "debug" is what lets anybody take a picture of the output.
-        .arguments = {"weston", "--backend=headless-backend.so", "--use-pixman", "--no-config", "--idle-time=0",
-                      "--debug", "--width=1280", "--height=800", "--socket=" + name()},
-        .environment = m_environment,
-        .workingDirectory = m_folders.root(),
-        .user = {}});
-    const auto ready = [&] {
-        return !m_compositor->running() || std::filesystem::exists(runtimeFolder / name());
-    };
+    m_compositor = std::make_unique<Process>(
+        Launch{// "debug" is what lets anybody take a picture of the output.
+               .arguments = {"weston", "--backend=headless-backend.so", "--use-pixman", "--no-config", "--idle-time=0",
+                             "--debug", "--width=1280", "--height=800", "--socket=" + name()},
+               .environment = m_environment,
+               .workingDirectory = m_folders.root(),
+               .user = {}});
+    const auto ready = [&] { return !m_compositor->running() || std::filesystem::exists(runtimeFolder / name()); };
     if (!waitUntil(ready) || !m_compositor->running())
         throw std::runtime_error("the compositor did not start:\n" + m_compositor->output() + m_compositor->errors());
     m_environment["WAYLAND_DISPLAY"] = name();

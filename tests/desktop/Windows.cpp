@@ -60,8 +60,8 @@ std::string Windows::className(WindowId window) const
 Rectangle Windows::contents(WindowId window) const
 {
     auto *connection = m_desktop.connection();
-    const auto geometry = replyTo<xcb_get_geometry_reply_t>(xcb_get_geometry_reply, connection,
-                                                            xcb_get_geometry(connection, window));
+    const auto geometry =
+        replyTo<xcb_get_geometry_reply_t>(xcb_get_geometry_reply, connection, xcb_get_geometry(connection, window));
     const auto position = replyTo<xcb_translate_coordinates_reply_t>(
         xcb_translate_coordinates_reply, connection,
         xcb_translate_coordinates(connection, window, m_desktop.x11Screen().root, 0, 0));
@@ -97,16 +97,16 @@ bool Windows::hasFocus(WindowId window) const
 {
     const auto active = property<std::uint32_t>(m_desktop, m_desktop.x11Screen().root, "_NET_ACTIVE_WINDOW");
     auto *connection = m_desktop.connection();
-    const auto focus = replyTo<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply, connection,
-                                                            xcb_get_input_focus(connection));
+    const auto focus =
+        replyTo<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply, connection, xcb_get_input_focus(connection));
     return !active.empty() && active.front() == window && focus && focus->focus == window;
 }
 
 bool Windows::visible(WindowId window) const
 {
     auto *connection = m_desktop.connection();
-    const auto attributes = replyTo<xcb_get_window_attributes_reply_t>(
-        xcb_get_window_attributes_reply, connection, xcb_get_window_attributes(connection, window));
+    const auto attributes = replyTo<xcb_get_window_attributes_reply_t>(xcb_get_window_attributes_reply, connection,
+                                                                       xcb_get_window_attributes(connection, window));
     return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
@@ -143,8 +143,9 @@ void Windows::activate(WindowId window) const
 void Windows::maximise(WindowId window) const
 {
     constexpr std::uint32_t kAdd = 1;
-    send(window, "_NET_WM_STATE", {kAdd, m_desktop.atom("_NET_WM_STATE_MAXIMIZED_VERT"),
-                                   m_desktop.atom("_NET_WM_STATE_MAXIMIZED_HORZ"), kFromTaskBar});
+    send(window, "_NET_WM_STATE",
+         {kAdd, m_desktop.atom("_NET_WM_STATE_MAXIMIZED_VERT"), m_desktop.atom("_NET_WM_STATE_MAXIMIZED_HORZ"),
+          kFromTaskBar});
 }
 
 void Windows::moveAndResize(WindowId window, const Rectangle &rectangle) const

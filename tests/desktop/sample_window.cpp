@@ -3,6 +3,7 @@
 //
 // A window for trying the harness: red at first, green after a key press, blue after a click.
 
+#include <unistd.h>
 #include <xcb/xcb.h>
 #include <xcb/xcb_icccm.h>
 
@@ -12,7 +13,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unistd.h>
 
 namespace {
 
@@ -37,7 +37,8 @@ xcb_window_t makeWindow(xcb_connection_t *connection, xcb_atom_t closing)
     const xcb_window_t window = xcb_generate_id(connection);
     const std::uint32_t values[] = {0xFF0000, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_BUTTON_PRESS};
     xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 320, 200, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK,
+                      values);
     constexpr std::string_view kTitle = "Sample \xE2\x80\xA2 w\xC3\xADndow";
     constexpr std::string_view kClass("sample\0Sample", 14);
     constexpr std::uint8_t kBytes = 8;
@@ -46,8 +47,8 @@ xcb_window_t makeWindow(xcb_connection_t *connection, xcb_atom_t closing)
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, kBytes,
                         kClass.size(), kClass.data());
     const auto process = static_cast<std::uint32_t>(::getpid());
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atomOf(connection, "_NET_WM_PID"),
-                        XCB_ATOM_CARDINAL, 32, 1, &process);
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atomOf(connection, "_NET_WM_PID"), XCB_ATOM_CARDINAL,
+                        32, 1, &process);
     xcb_atom_t protocol = closing;
     xcb_icccm_set_wm_protocols(connection, window, atomOf(connection, "WM_PROTOCOLS"), 1, &protocol);
     xcb_map_window(connection, window);
@@ -64,7 +65,8 @@ int main()
         return EXIT_FAILURE;
     const xcb_atom_t closing = atomOf(connection, "WM_DELETE_WINDOW");
     const xcb_window_t window = makeWindow(connection, closing);
-    while (const std::unique_ptr<xcb_generic_event_t, void (*)(void *)> event{xcb_wait_for_event(connection), &std::free}) {
+    while (const std::unique_ptr<xcb_generic_event_t, void (*)(void *)> event{xcb_wait_for_event(connection),
+                                                                              &std::free}) {
         const int kind = event->response_type & 0x7F;
         if (kind == XCB_KEY_PRESS)
             paint(connection, window, 0x00FF00);

@@ -42,7 +42,8 @@ Task parse(int count, char **arguments)
 /// Settings that change how a program looks may be tried from outside.
 void passOn(Environment &environment)
 {
-    for (const char *name : {"LANG", "LC_ALL", "QT_SCALE_FACTOR", "QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME", "GTK_THEME"}) {
+    for (const char *name :
+         {"LANG", "LC_ALL", "QT_SCALE_FACTOR", "QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME", "GTK_THEME"}) {
         if (const char *value = std::getenv(name))
             environment[name] = value;
     }

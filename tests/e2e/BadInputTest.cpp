@@ -147,8 +147,7 @@ TEST_F(BadInputTest, aMissingFolderLeavesANamedEmptyWindow)
 
 /// The program runs as an ordinary user in a folder that it can enter and not list.
 class UnlistableFolderTest : public OrdinaryUserTest
-{
-};
+{};
 
 TEST_F(UnlistableFolderTest, thePhotoStaysAndTwoWarningsAreLogged)
 {
@@ -157,9 +156,10 @@ TEST_F(UnlistableFolderTest, thePhotoStaysAndTwoWarningsAreLogged)
     fs::permissions(folders.pictures(), static_cast<fs::perms>(0311));
     start({file.string()});
     EXPECT_TRUE(waitForPicture("b.jpg", kBlue)) << situation();
-    EXPECT_TRUE(program->waitForOutput("⚠️ Failed to load files from directory: " + folders.pictures().string() +
-                                       "\n⚠️ Warning: Failed to load file list from directory containing: " + file.string() +
-                                       "\n   Arrow key navigation may not work. Requesting folder access...\n"))
+    EXPECT_TRUE(program->waitForOutput(
+        "⚠️ Failed to load files from directory: " + folders.pictures().string() +
+        "\n⚠️ Warning: Failed to load file list from directory containing: " + file.string() +
+        "\n   Arrow key navigation may not work. Requesting folder access...\n"))
         << situation();
     input.press(key::kLeft);
     waitUntilKeysAreDealtWith();

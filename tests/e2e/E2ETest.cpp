@@ -26,7 +26,7 @@ photos::Rgb rgb(const Colour &colour)
 bool near(const Rectangle &a, const Rectangle &b, int tolerance)
 {
     return std::abs(a.x - b.x) <= tolerance && std::abs(a.y - b.y) <= tolerance &&
-        std::abs(a.width - b.width) <= tolerance && std::abs(a.height - b.height) <= tolerance;
+           std::abs(a.width - b.width) <= tolerance && std::abs(a.height - b.height) <= tolerance;
 }
 
 std::string described(const Rectangle &rectangle)
@@ -43,8 +43,8 @@ std::vector<std::byte> picture(const Colour &centre, int width, int height, cons
     return photos::makeTarget(width, height, rgb(centre), rgb(kSurround), options);
 }
 
-E2ETest::E2ETest(std::optional<uid_t> user, const desktop::DisplayOptions &options) :
-    m_user(user), folders(user), screenAndKeys(options), environment(folders.environment())
+E2ETest::E2ETest(std::optional<uid_t> user, const desktop::DisplayOptions &options)
+    : m_user(user), folders(user), screenAndKeys(options), environment(folders.environment())
 {
     environment["DISPLAY"] = screenAndKeys.name();
     bus = std::make_unique<desktop::SessionBus>(environment);
@@ -109,8 +109,10 @@ void E2ETest::setEnvironment(const std::string &name, const std::string &value)
 std::unique_ptr<desktop::Process> E2ETest::launch(const std::vector<std::string> &files,
                                                   const desktop::Environment &overrides) const
 {
-    desktop::Launch launch{
-        .arguments = {programFile.string()}, .environment = overrides, .workingDirectory = folders.pictures(), .user = m_user};
+    desktop::Launch launch{.arguments = {programFile.string()},
+                           .environment = overrides,
+                           .workingDirectory = folders.pictures(),
+                           .user = m_user};
     launch.environment.insert(environment.begin(), environment.end());
     launch.arguments.insert(launch.arguments.end(), files.begin(), files.end());
     return std::make_unique<desktop::Process>(launch);
@@ -141,7 +143,7 @@ bool E2ETest::waitForTitle(const std::string &title)
 bool E2ETest::waitForPicture(const std::string &name, const Colour &centre)
 {
     return waitForTitle("Tallowmere • " + name) &&
-        waitUntil([&] { return alike(screen.at(windows.contents(window).centre()), centre); });
+           waitUntil([&] { return alike(screen.at(windows.contents(window).centre()), centre); });
 }
 
 bool E2ETest::waitForFrame(const Rectangle &frame, int tolerance)
@@ -172,7 +174,8 @@ std::string E2ETest::situation() const
         text << "window \"" << windows.title(each) << "\", frame " << described(windows.frame(each)) << ", contents "
              << described(windows.contents(each)) << (windows.visible(each) ? "" : ", not mapped")
              << (windows.hasState(each, "_NET_WM_STATE_HIDDEN") ? ", minimised" : "")
-             << (windows.hasFocus(each) ? ", has the focus" : "") << ", centre " << screen.at(windows.contents(each).centre()) << '\n';
+             << (windows.hasFocus(each) ? ", has the focus" : "") << ", centre "
+             << screen.at(windows.contents(each).centre()) << '\n';
     }
     if (program)
         text << "output:\n" << program->output() << "errors:\n" << program->errors();

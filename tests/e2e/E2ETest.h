@@ -73,7 +73,8 @@ protected:
     [[nodiscard]] std::string situation() const;
 
     /// One call of org.freedesktop.Application.
-    [[nodiscard]] desktop::Finished callApplication(const std::string &method, const std::vector<std::string> &arguments);
+    [[nodiscard]] desktop::Finished callApplication(const std::string &method,
+                                                    const std::vector<std::string> &arguments);
 
     /// @p file needs no percent codes.
     [[nodiscard]] static std::string uri(const std::filesystem::path &file);

@@ -14,10 +14,15 @@ struct NameCase
     std::string shown;
 };
 
+/// GoogleTest names each case after this.
+void PrintTo(const NameCase &each, std::ostream *stream)
+{
+    *stream << each.testName;
+}
+
 /// Names are bytes: each opens, is stepped away from and back to, and is shown as text.
 class FileNameTest : public E2ETest, public testing::WithParamInterface<NameCase>
-{
-};
+{};
 
 TEST_P(FileNameTest, opensStepsAndShowsInTheTitle)
 {
@@ -46,9 +51,9 @@ TEST_P(FileNameTest, isHandedOverToARunningProgram)
 INSTANTIATE_TEST_SUITE_P(
     Names, FileNameTest,
     testing::Values(NameCase{"blanks", "a  b c.jpg", "a  b c.jpg"}, NameCase{"hash", "a#b.jpg", "a#b.jpg"},
-                    NameCase{"percent", "100%25 a%.jpg", "100%25 a%.jpg"},
-                    NameCase{"lineFeed", "a\nb.jpg", "a b.jpg"}, NameCase{"brackets", "a[*]b.jpg", "a[*]b.jpg"},
-                    NameCase{"markup", "<b>x<b>.jpg", "<b>x<b>.jpg"}, NameCase{"umlaut", "Käse ß.jpg", "Käse ß.jpg"},
+                    NameCase{"percent", "100%25 a%.jpg", "100%25 a%.jpg"}, NameCase{"lineFeed", "a\nb.jpg", "a b.jpg"},
+                    NameCase{"brackets", "a[*]b.jpg", "a[*]b.jpg"}, NameCase{"markup", "<b>x<b>.jpg", "<b>x<b>.jpg"},
+                    NameCase{"umlaut", "Käse ß.jpg", "Käse ß.jpg"},
                     NameCase{"latin1", "na\xEFve.jpg", "na\xEF\xBF\xBDve.jpg"},
                     NameCase{"bytes255", std::string(251, 'n') + ".jpg", std::string(251, 'n') + ".jpg"}),
     [](const auto &each) { return each.param.testName; });

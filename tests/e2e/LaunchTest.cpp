@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
+#include "benchmarks/PhotoFormats.h"
 #include "tests/e2e/E2ETest.h"
 
 #include <algorithm>
@@ -20,7 +21,7 @@ protected:
         return waitUntil([&] {
             const auto frame = windows.frame(window);
             return std::abs(frame.centre().x - area.centre().x) <= tolerance &&
-                std::abs(frame.centre().y - area.centre().y) <= tolerance;
+                   std::abs(frame.centre().y - area.centre().y) <= tolerance;
         });
     }
 };
@@ -47,7 +48,8 @@ TEST_F(LaunchTest, theIdleScreenShowsTheLogoAndTheInstruction)
     const Rectangle contents = windows.contents(window);
     const auto distinct = [&](int fromTop, int height) {
         const auto part = screen.capture({contents.x + 40, contents.y + fromTop, contents.width - 80, height});
-        return std::ranges::count_if(part.pixels, [&](const auto &pixel) { return !alike(pixel, part.pixels.front(), 40); });
+        return std::ranges::count_if(part.pixels,
+                                     [&](const auto &pixel) { return !alike(pixel, part.pixels.front(), 40); });
     };
     // Above the middle the logo, below it a line of text.
     EXPECT_TRUE(waitUntil([&] { return distinct(80, 150) > 200; })) << situation();
@@ -103,6 +105,31 @@ TEST_F(LaunchTest, aPngIsShown)
     addFile("a.png", photos::makePlainPng(300, 200, {224, 200, 24}));
     start({"a.png"});
     EXPECT_TRUE(waitForPicture("a.png", kYellow)) << situation();
+}
+
+TEST_F(LaunchTest, everyFormatIsShownAndSteppedThrough)
+{
+    const auto plain = [](const desktop::Colour &colour) {
+        return bench::Picture{320, 240, [colour](int, std::span<std::uint8_t> row) {
+                                  for (std::size_t i = 0; i + 2 < row.size(); i += 3) {
+                                      row[i] = static_cast<std::uint8_t>(colour.red);
+                                      row[i + 1] = static_cast<std::uint8_t>(colour.green);
+                                      row[i + 2] = static_cast<std::uint8_t>(colour.blue);
+                                  }
+                              }};
+    };
+    addFile("a.avif", bench::encodeAvif(plain(kRed)));
+    addFile("b.heic", bench::encodeHeic(plain(kGreen)));
+    addFile("c.heif", bench::encodeHeic(plain(kBlue)));
+    addFile("d.webp", bench::encodeWebp(plain(kYellow)));
+    start({"a.avif"});
+    EXPECT_TRUE(waitForPicture("a.avif", kRed)) << situation();
+    input.press(desktop::key::kLeft);
+    EXPECT_TRUE(waitForPicture("b.heic", kGreen)) << situation();
+    input.press(desktop::key::kLeft);
+    EXPECT_TRUE(waitForPicture("c.heif", kBlue)) << situation();
+    input.press(desktop::key::kLeft);
+    EXPECT_TRUE(waitForPicture("d.webp", kYellow)) << situation();
 }
 
 TEST_F(LaunchTest, aPngWhilePngIsSwitchedOffLeavesTheIdleWindow)

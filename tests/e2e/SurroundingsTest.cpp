@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
-#include "tests/e2e/E2ETest.h"
-
 #include "tests/desktop/WaylandDesktop.h"
+#include "tests/e2e/E2ETest.h"
 
 #include <algorithm>
 
@@ -97,8 +96,7 @@ TEST_F(SurroundingsTest, atTwiceTheScale)
 }
 
 class ReadOnlySettingsTest : public OrdinaryUserTest
-{
-};
+{};
 
 TEST_F(ReadOnlySettingsTest, aChangedSettingLastsAsLongAsTheProgram)
 {

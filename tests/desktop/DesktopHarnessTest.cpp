@@ -16,7 +16,10 @@ namespace {
 
 Launch command(std::vector<std::string> arguments)
 {
-    return {.arguments = std::move(arguments), .environment = {{"PATH", "/usr/bin:/bin"}}, .workingDirectory = {}, .user = {}};
+    return {.arguments = std::move(arguments),
+            .environment = {{"PATH", "/usr/bin:/bin"}},
+            .workingDirectory = {},
+            .user = {}};
 }
 
 /// A desktop with the sample window on it, which has the focus.
@@ -131,8 +134,9 @@ TEST(SessionBus, startsAServiceWithTheGivenEnvironment)
     const SessionBus bus(environment);
     EXPECT_FALSE(bus.hasOwner("org.example.Service"));
     const auto file = folders.root() / "greeting";
-    bus.install("org.example.Service", "[D-BUS Service]\nName=org.example.Service\nExec=/bin/sh -c \"echo $GREETING > " +
-                                           file.string() + "; exit 1\"\n");
+    bus.install("org.example.Service",
+                "[D-BUS Service]\nName=org.example.Service\nExec=/bin/sh -c \"echo $GREETING > " + file.string() +
+                    "; exit 1\"\n");
     EXPECT_NE(bus.call("org.example.Service", "/", "org.example.Service.Do").status, 0);
     EXPECT_EQ(readFile(file), "hello\n");
     EXPECT_TRUE(bus.processOf("org.freedesktop.DBus"));
