@@ -128,9 +128,9 @@ void AppDelegate::createMainWindow()
 {
     m_window = std::make_unique<MainWindow>();
     m_window->setWindowTitle(u"Tallowmere"_s);
-    m_viewController = std::make_unique<ViewController>(
-        ViewController::Surroundings{m_with.settings, m_with.loader, m_with.cache, m_with.scope, m_with.folderAccess,
-                                     m_with.revealer, m_with.mainQueue, m_with.launcher, *this});
+    m_viewController = std::make_unique<ViewController>(ViewController::Surroundings{
+        m_with.settings, m_with.loader, m_with.cache, m_with.scope, m_with.folderAccess, m_with.revealer,
+        m_with.labelReader, m_with.attributesReader, m_with.mainQueue, m_with.launcher, *this});
     m_window->setCentralWidget(m_viewController->view());
     // With the window rather than after it: the menu bar's height is part of the window's first size.
     m_menu = std::make_unique<MainMenu>(*m_window->menuBar(), *this, m_with.settings);

@@ -16,6 +16,8 @@
 namespace tallowmere {
 
 class AppearanceObservation;
+class FileAttributesReader;
+class FileLabelReader;
 class FileRevealer;
 class FolderAccess;
 class ImageCacheManager;
@@ -47,6 +49,8 @@ public:
         SecurityScope &scope;
         FolderAccess &folderAccess;
         FileRevealer &revealer;
+        const FileLabelReader &labelReader;
+        const FileAttributesReader &attributesReader;
         MainQueue &mainQueue;
         Launcher &launcher;
     };
@@ -80,6 +84,10 @@ public:
     // MenuCommands
     void openFile() override;
     void showInFinder() override;
+    void toggleShowFileSize() override;
+    void toggleShowCreationDate() override;
+    void toggleShowImageResolution() override;
+    void toggleShowFileTag() override;
     void toggleAutoResizeToImageSize() override;
     void setFileNameDisplayInTitle() override;
     void setFileNameDisplayInCorner() override;
@@ -100,6 +108,7 @@ private:
     [[nodiscard]] bool accepts(const FileURL &file) const;
     [[nodiscard]] bool hasCurrentFile() const;
     void settingChanged();
+    void fileInfoSettingChanged();
     void setFileNameDisplay(FileNameDisplayLocation location);
     void beginFixedSize();
     void applyWindowBackground();

@@ -40,6 +40,42 @@ void AppDelegate::settingChanged()
     refreshSettingsControls();
 }
 
+void AppDelegate::toggleShowFileSize()
+{
+    m_with.settings.setShowFileSize(!m_with.settings.showFileSize());
+    fileInfoSettingChanged();
+}
+
+void AppDelegate::toggleShowCreationDate()
+{
+    m_with.settings.setShowCreationDate(!m_with.settings.showCreationDate());
+    fileInfoSettingChanged();
+}
+
+void AppDelegate::toggleShowImageResolution()
+{
+    m_with.settings.setShowImageResolution(!m_with.settings.showImageResolution());
+    fileInfoSettingChanged();
+}
+
+void AppDelegate::fileInfoSettingChanged()
+{
+    settingChanged();
+    if (!m_viewController)
+        return;
+    m_viewController->updateOverlayVisibility();
+    if (hasCurrentFile())
+        m_viewController->refreshFileInfo();
+}
+
+void AppDelegate::toggleShowFileTag()
+{
+    m_with.settings.setShowFileTag(!m_with.settings.showFileTag());
+    settingChanged();
+    if (hasCurrentFile())
+        m_viewController->updateFileTag(m_viewController->currentFile());
+}
+
 void AppDelegate::openFile()
 {
     if (m_viewController)

@@ -70,6 +70,15 @@ void MainMenu::buildFileMenu(QMenuBar &menuBar)
 void MainMenu::buildViewMenu(QMenuBar &menuBar)
 {
     QMenu *menu = addMenu(menuBar, u"&View"_s);
+    showFileSizeMenuItem =
+        addCheckItem(menu, u"showFileSizeMenuItem"_s, u"Show File Size"_s, &MenuCommands::toggleShowFileSize);
+    showCreationDateMenuItem = addCheckItem(menu, u"showCreationDateMenuItem"_s, u"Show Creation Date"_s,
+                                            &MenuCommands::toggleShowCreationDate);
+    showImageResolutionMenuItem = addCheckItem(menu, u"showImageResolutionMenuItem"_s, u"Show Image Resolution"_s,
+                                               &MenuCommands::toggleShowImageResolution);
+    showFileTagMenuItem =
+        addCheckItem(menu, u"showFileTagMenuItem"_s, u"Show File Tag"_s, &MenuCommands::toggleShowFileTag);
+    menu->addSeparator();
     autoResizeMenuItem = addCheckItem(menu, u"autoResizeMenuItem"_s, u"Auto-resize Window to Image Size"_s,
                                       &MenuCommands::toggleAutoResizeToImageSize);
     menu->addSeparator();
@@ -103,7 +112,9 @@ void MainMenu::buildWindowMenu(QMenuBar &menuBar)
 
 void MainMenu::refresh(bool hasCurrentFile)
 {
-    for (QAction *item : {autoResizeMenuItem, fileNameInTitleMenuItem, fileNameInCornerMenuItem, fileNameOffMenuItem})
+    for (QAction *item :
+         {showFileSizeMenuItem, showCreationDateMenuItem, showImageResolutionMenuItem, showFileTagMenuItem,
+          autoResizeMenuItem, fileNameInTitleMenuItem, fileNameInCornerMenuItem, fileNameOffMenuItem})
         item->setEnabled(true);
     setHasCurrentFile(hasCurrentFile);
     setStatesFromStore();
@@ -122,6 +133,10 @@ void MainMenu::markSize(const QAction *item)
 
 void MainMenu::setStatesFromStore()
 {
+    showFileSizeMenuItem->setChecked(m_settings.showFileSize());
+    showCreationDateMenuItem->setChecked(m_settings.showCreationDate());
+    showImageResolutionMenuItem->setChecked(m_settings.showImageResolution());
+    showFileTagMenuItem->setChecked(m_settings.showFileTag());
     autoResizeMenuItem->setChecked(m_settings.autoResizeToImageSize());
     const FileNameDisplayLocation location = m_settings.fileNameDisplayLocation();
     fileNameInTitleMenuItem->setChecked(location == FileNameDisplayLocation::inTitle);

@@ -25,6 +25,10 @@ public:
 
     // The items whose state or enabling changes at run time; each is also its object's name.
     QAction *showInFinderMenuItem = nullptr;
+    QAction *showFileSizeMenuItem = nullptr;
+    QAction *showCreationDateMenuItem = nullptr;
+    QAction *showImageResolutionMenuItem = nullptr;
+    QAction *showFileTagMenuItem = nullptr;
     QAction *autoResizeMenuItem = nullptr;
     QAction *fileNameInTitleMenuItem = nullptr;
     QAction *fileNameInCornerMenuItem = nullptr;

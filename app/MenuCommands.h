@@ -12,6 +12,10 @@ public:
 
     virtual void openFile() = 0;
     virtual void showInFinder() = 0;
+    virtual void toggleShowFileSize() = 0;
+    virtual void toggleShowCreationDate() = 0;
+    virtual void toggleShowImageResolution() = 0;
+    virtual void toggleShowFileTag() = 0;
     virtual void toggleAutoResizeToImageSize() = 0;
     virtual void setFileNameDisplayInTitle() = 0;
     virtual void setFileNameDisplayInCorner() = 0;

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
 #include "app/AppDelegate.h"
+#include "app/ColourSchemePalette.h"
 #include "app/CommandLine.h"
 #include "app/NoFolderAccess.h"
 #include "app/ToolkitStart.h"
@@ -8,6 +9,9 @@
 #include "imaging/SharedPipeline.h"
 #include "platform/freedesktop/ApplicationBus.h"
 #include "platform/freedesktop/DBusFileRevealer.h"
+#include "platform/freedesktop/PortalColourScheme.h"
+#include "platform/freedesktop/StatxAttributes.h"
+#include "platform/freedesktop/XdgTagLabel.h"
 #include "settings/SettingsManager.h"
 #include "support/Diagnostics.h"
 
@@ -66,14 +70,20 @@ int main(int argc, char **argv)
     const ApplicationBus::Role role = bus.start({line.files, activationTokenOfThisStart()});
     if (role == ApplicationBus::Role::handedOver)
         leave(0);
+    PortalColourScheme colourScheme(pipeline.mainQueue);
     if (role == ApplicationBus::Role::noBus)
         qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:"); // Qt would wait for a bus that hangs, or start one
+    else
+        colourScheme.start(applyColourScheme); // its answer comes home once the event loop runs
 
     ToolkitStart toolkit(argc > 0 ? argv[0] : "tallowmere", line.toolkitArguments);
     NoFolderAccess folderAccess;
     DBusFileRevealer revealer(pipeline.launcher, {});
+    const XdgTagLabelReader labels;
+    const StatxAttributesReader attributes;
     AppDelegate theDelegate({SettingsManager::shared(), pipeline.imageLoader, pipeline.imageCacheManager,
-                             pipeline.scope, folderAccess, revealer, pipeline.mainQueue, pipeline.launcher});
+                             pipeline.scope, folderAccess, revealer, labels, attributes, pipeline.mainQueue,
+                             pipeline.launcher});
     delegate = &theDelegate;
     theDelegate.applicationDidFinishLaunching();
     if (!line.files.isEmpty())

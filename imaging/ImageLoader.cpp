@@ -41,6 +41,7 @@ struct ImageLoader::Preload
     const FileURL file;
     const int maxSize;
     std::atomic<bool> cancelled{false};
+    DecodeProgress progress;
 
     std::mutex mutex; ///< guards the rest
     bool takenOver = false;
@@ -67,50 +68,55 @@ void ImageLoader::setPreparation(std::function<void(const ImagePtr &)> prepare)
     m_prepare = std::move(prepare);
 }
 
-void ImageLoader::loadImage(const FileURL &file, int maxSize, Completion completion)
+std::shared_ptr<const DecodeProgress> ImageLoader::loadImage(const FileURL &file, int maxSize, Completion completion)
 {
     if (const ImagePtr cached = m_with.cache->imageCache.find(file)) {
         completion(cached);
-        return;
+        return nullptr;
     }
-    if (takeOverPreload(file, maxSize, completion))
-        return;
+    if (auto begun = takeOverPreload(file, maxSize, completion))
+        return begun;
 
+    auto progress = std::make_shared<DecodeProgress>();
     m_with.launcher.launch(kLabel, QualityOfService::userInitiated,
                            [weak = weak_from_this(), cache = std::weak_ptr(m_with.cache), &mainQueue = m_with.mainQueue,
-                            file, maxSize, completion = std::move(completion)]() mutable {
+                            file, maxSize, progress, completion = std::move(completion)]() mutable {
         ImagePtr image;
         if (const auto self = weak.lock())
-            image = self->readAndDecode(file, maxSize, {});
+            image = self->readAndDecode(file, maxSize, {}, *progress);
         // Moved, so that the completion and what it holds die on the main thread.
         mainQueue.async(delivery(std::move(cache), std::move(file), std::move(image), std::move(completion)));
     });
+    return progress;
 }
 
 ImagePtr ImageLoader::decodeImage(std::span<const std::byte> file, int maxPixelSize) const
 {
-    return decode(file, maxPixelSize, {});
+    return decode(file, maxPixelSize, {}, nullptr);
 }
 
-ImagePtr ImageLoader::decode(std::span<const std::byte> file, int maxPixelSize, const Cancelled &cancelled) const
+ImagePtr ImageLoader::decode(std::span<const std::byte> file, int maxPixelSize, const Cancelled &cancelled,
+                             DecodeProgress *progress) const
 {
     if (maxPixelSize <= 0)
         return nullptr;
     DecodeLimits limits;
     limits.maxSide = static_cast<std::uint32_t>(maxPixelSize);
     limits.cancelled = cancelled;
+    limits.progress = progress;
     DecodeResult result = tallowmere::decodeImage(file, limits);
     auto *decoded = std::get_if<DecodedImage>(&result);
     return decoded ? std::make_shared<const Image>(std::move(*decoded)) : nullptr;
 }
 
-ImagePtr ImageLoader::readAndDecode(const FileURL &file, int maxSize, const Cancelled &cancelled) const
+ImagePtr ImageLoader::readAndDecode(const FileURL &file, int maxSize, const Cancelled &cancelled,
+                                    DecodeProgress &progress) const
 {
     ImagePtr image;
     {
         const ScopedAccess access(m_with.scope, file);
         if (const auto contents = FileContents::read(file))
-            image = decode(contents->bytes(), maxSize, cancelled);
+            image = decode(contents->bytes(), maxSize, cancelled, &progress);
     }
     if (!image)
         return nullptr;
@@ -148,7 +154,7 @@ void ImageLoader::preload(const FileURL &file, int maxSize)
         const auto self = weak.lock();
         ImagePtr image;
         if (self && !cancelled())
-            image = self->readAndDecode(preload->file, preload->maxSize, cancelled);
+            image = self->readAndDecode(preload->file, preload->maxSize, cancelled, preload->progress);
         std::unique_lock lock(preload->mutex);
         preload->finished = true;
         if (preload->takenOver) {
@@ -168,7 +174,8 @@ void ImageLoader::forget(const std::shared_ptr<Preload> &preload)
     m_preloads.remove(preload);
 }
 
-bool ImageLoader::takeOverPreload(const FileURL &file, int maxSize, Completion &completion)
+std::shared_ptr<const DecodeProgress> ImageLoader::takeOverPreload(const FileURL &file, int maxSize,
+                                                                   Completion &completion)
 {
     std::shared_ptr<Preload> preload;
     {
@@ -177,19 +184,19 @@ bool ImageLoader::takeOverPreload(const FileURL &file, int maxSize, Completion &
             return candidate->file == file && candidate->maxSize == maxSize;
         });
         if (found == m_preloads.end())
-            return false;
+            return nullptr;
         preload = std::move(*found);
         m_preloads.erase(found);
     }
     const std::lock_guard lock(preload->mutex);
     if (preload->finished && !preload->image)
-        return false;
+        return nullptr;
     preload->takenOver = true;
     if (preload->finished)
         m_with.mainQueue.async(delivery(m_with.cache, file, std::move(preload->image), std::move(completion)));
     else
         preload->completion = std::move(completion);
-    return true;
+    return {preload, &preload->progress};
 }
 
 void ImageLoader::dropPreload()

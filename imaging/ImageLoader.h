@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "imaging/codecs/DecodeProgress.h"
 #include "imaging/Color.h"
 #include "imaging/Image.h"
 #include "support/FileURL.h"
@@ -43,8 +44,9 @@ public:
 
     /// Main thread. A cached image is handed to @p completion before this returns; otherwise it is decoded on a
     /// thread of its own, cached, and delivered on the main thread. Never cancelled; loads that overlap run in
-    /// parallel; a failure gives null and is not remembered. @p maxSize: pixels, the longer side.
-    void loadImage(const FileURL &file, int maxSize, Completion completion);
+    /// parallel; a failure gives null and is not remembered. @p maxSize: pixels, the longer side. Answers how far the
+    /// decode is, from now on; null for a cached image.
+    std::shared_ptr<const DecodeProgress> loadImage(const FileURL &file, int maxSize, Completion completion);
     /// Null when the bytes are no picture. Any thread.
     [[nodiscard]] ImagePtr decodeImage(std::span<const std::byte> file, int maxPixelSize) const;
     /// Nothing for an image without a bitmap. Any thread.
@@ -64,10 +66,14 @@ private:
     struct Preload;
     using Cancelled = std::function<bool()>;
 
-    [[nodiscard]] ImagePtr decode(std::span<const std::byte> file, int maxPixelSize, const Cancelled &cancelled) const;
-    [[nodiscard]] ImagePtr readAndDecode(const FileURL &file, int maxSize, const Cancelled &cancelled) const;
+    [[nodiscard]] ImagePtr decode(std::span<const std::byte> file, int maxPixelSize, const Cancelled &cancelled,
+                                  DecodeProgress *progress) const;
+    [[nodiscard]] ImagePtr readAndDecode(const FileURL &file, int maxSize, const Cancelled &cancelled,
+                                         DecodeProgress &progress) const;
     void forget(const std::shared_ptr<Preload> &preload);
-    [[nodiscard]] bool takeOverPreload(const FileURL &file, int maxSize, Completion &completion);
+    /// Null when there is none, and @p completion is still the caller's.
+    [[nodiscard]] std::shared_ptr<const DecodeProgress> takeOverPreload(const FileURL &file, int maxSize,
+                                                                        Completion &completion);
 
     const Surroundings m_with;
     mutable std::mutex m_mutex; ///< guards the two below

@@ -15,6 +15,7 @@ class DeferredListing final
 {
 public:
     void putOff(Job listing) { m_listing = std::move(listing); }
+    [[nodiscard]] bool isPutOff() const { return m_listing != nullptr; }
     /// Runs what was put off, if anything was.
     void finish()
     {

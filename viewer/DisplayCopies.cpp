@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/DisplayCopies.h"
 
+#include "imaging/pixels/ColourConversion.h"
 #include "imaging/pixels/DisplayCopy.h"
 
 #include <utility>
@@ -12,7 +13,7 @@ namespace {
 
 bool isItsOwnCopy(const Image &image, PixelSize size)
 {
-    return image.hasBitmap() && image.pixelSize() == size && image.decoded().colour.unknown();
+    return image.hasBitmap() && image.pixelSize() == size && !ColourConversion::toSRGB(image.decoded().colour);
 }
 
 } // namespace

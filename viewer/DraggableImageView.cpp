@@ -3,13 +3,17 @@
 #include "viewer/DraggableImageView.h"
 
 #include "viewer/DisplayPreparation.h"
+#include "viewer/PanningHandler.h"
+#include "viewer/rules/PanDrag.h"
+#include "viewer/rules/ScrollDelta.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
-#include <QPainter>
-#include <QPaintEvent>
+#include <QApplication>
+#include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QWheelEvent>
 
-#include <cmath>
 #include <utility>
 
 namespace tallowmere {
@@ -23,53 +27,63 @@ QAccessibleInterface *makeAccessible(const QString &className, QObject *object)
     return nullptr;
 }
 
-/// Above this, smooth scaling takes longer than a frame of an animation lasts (about 4 ns a pixel).
-constexpr qint64 kSmoothInTransition = 2'000'000; // device pixels
-
-/// The whole points that @p device covers entirely, at @p scale device pixels per point.
-QRect coveredPoints(const QRect &device, double scale)
-{
-    const int left = static_cast<int>(std::ceil(device.left() / scale));
-    const int top = static_cast<int>(std::ceil(device.top() / scale));
-    const int right = static_cast<int>(std::floor((device.right() + 1) / scale));
-    const int bottom = static_cast<int>(std::floor((device.bottom() + 1) / scale));
-    return {left, top, right - left, bottom - top};
-}
-
-qint64 area(QSize size)
-{
-    return qint64{size.width()} * size.height();
-}
+/// Longer than somebody takes who steps through a folder.
+constexpr int kRestMilliseconds = 700;
 
 } // namespace
-
-/// What is painted from, and how well it may be scaled without holding up the frame.
-struct DraggableImageView::Source
-{
-    DisplayBitmap bitmap;
-    bool smooth = true;
-};
 
 DraggableImageView::DraggableImageView(std::shared_ptr<DisplayPreparation> preparation, Launcher &launcher,
                                        MainQueue &mainQueue, QWidget *parent)
     : QWidget(parent), m_preparation(std::move(preparation)), m_requests(m_preparation, launcher, mainQueue)
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
     QAccessible::installFactory(makeAccessible); // the same function twice counts once
     connect(&m_requests, &DisplayCopyRequests::done, this, qOverload<>(&QWidget::update));
+    m_rest.setSingleShot(true);
+    m_rest.setInterval(kRestMilliseconds);
+    connect(&m_rest, &QTimer::timeout, this, &DraggableImageView::prepareToBeMagnified);
 }
 
 void DraggableImageView::setImage(ImagePtr image)
 {
     m_image = std::move(image);
     m_hasPaintedImage = false;
+    m_rest.stop();
     update();
 }
 
 void DraggableImageView::wantCopy(PixelSize size)
 {
-    if (m_image && m_image->hasBitmap() && !size.empty() && !m_preparation->copies().find(m_image, size))
+    // A zoomed image is painted from something else.
+    const bool isFitted = m_transform.scale == 1.0;
+    if (isFitted && m_image && m_image->hasBitmap() && !size.empty() && !m_preparation->copies().find(m_image, size))
         m_requests.want(m_image, size);
+}
+
+/// Converting the colours of a large view takes two or three frames: whoever looks at a picture for a while may be
+/// about to zoom in.
+void DraggableImageView::prepareToBeMagnified()
+{
+    if (!m_image || !m_image->hasBitmap())
+        return;
+    DisplayCopies &copies = m_preparation->copies();
+    if (!copies.find(m_image, m_image->pixelSize()) && copies.hasRoomFor(m_image->pixelSize()))
+        m_requests.want(m_image, m_image->pixelSize());
+}
+
+void DraggableImageView::setImageScaling(ImageScaling scaling)
+{
+    if (std::exchange(m_scaling, scaling) != scaling)
+        update();
+}
+
+void DraggableImageView::setImageTransform(const ImageTransform &transform)
+{
+    if (transform == m_transform)
+        return;
+    m_transform = transform;
+    update();
 }
 
 void DraggableImageView::setBackgroundColor(const QColor &color)
@@ -80,6 +94,15 @@ void DraggableImageView::setBackgroundColor(const QColor &color)
     update();
 }
 
+void DraggableImageView::setBackgroundShown(bool shown)
+{
+    if (shown == m_backgroundShown)
+        return;
+    m_backgroundShown = shown;
+    setAttribute(Qt::WA_OpaquePaintEvent, shown);
+    update();
+}
+
 void DraggableImageView::setInTransition(bool inTransition)
 {
     m_inTransition = inTransition;
@@ -87,51 +110,79 @@ void DraggableImageView::setInTransition(bool inTransition)
         update();
 }
 
-DraggableImageView::Source DraggableImageView::sourceFor(const ImagePlacement &placement)
+void DraggableImageView::mousePressEvent(QMouseEvent *event)
 {
-    DisplayCopies &copies = m_preparation->copies();
-    if (DisplayBitmap exact = copies.find(m_image, placement.copySize))
-        return {std::move(exact), true};
-    if (!m_inTransition)
-        m_requests.want(m_image, placement.copySize);
-    if (DisplayBitmap similar = copies.findSimilar(m_image, placement.copySize))
-        return {std::move(similar), !m_inTransition || area(placement.deviceSize) <= kSmoothInTransition};
-    // Straight from the decoded pixels, which may be many: the nearest one will do for a moment.
-    return {{{m_image, &m_image->decoded().pixels}, m_image->hasAlpha()}, false};
+    const QPointF point = yUpwards(event->position());
+    if (event->button() != Qt::LeftButton || !m_panningDelegate || !m_panningDelegate->shouldStartPanningAt(point))
+        return QWidget::mousePressEvent(event);
+    m_panningDelegate->handlePanStartAt(point);
 }
 
-void DraggableImageView::paintEvent(QPaintEvent *event)
+void DraggableImageView::mouseMoveEvent(QMouseEvent *event)
 {
-    QPainter painter(this);
-    const double scale = devicePixelRatioF();
-    ImagePlacement placement;
-    Source source;
-    if (m_image && m_image->hasBitmap()) {
-        placement = ImagePlacement::of(m_image->pixelSize(), size(), scale);
-        if (!placement.deviceSize.isEmpty())
-            source = sourceFor(placement);
-    }
+    if (!m_panningDelegate)
+        return QWidget::mouseMoveEvent(event);
+    if (event->buttons().testFlag(Qt::LeftButton))
+        return m_panningDelegate->handlePanMoveTo(yUpwards(event->position()));
+    if (rect().contains(event->position().toPoint()))
+        m_panningDelegate->handleCursorUpdate();
+    QWidget::mouseMoveEvent(event);
+}
 
-    const QRect target(placement.deviceOrigin, placement.deviceSize);
-    QRegion uncovered = event->region();
-    if (source.bitmap && !source.bitmap.hasAlpha)
-        uncovered -= coveredPoints(target, scale);
-    for (const QRect &rect : uncovered)
-        painter.fillRect(rect, m_backgroundColor);
+void DraggableImageView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton || !m_panningDelegate)
+        return QWidget::mouseReleaseEvent(event);
+    m_panningDelegate->handlePanEnd();
+}
 
-    if (source.bitmap) {
-        // In device pixels: a copy of the right size is then moved, not scaled.
-        painter.scale(1 / scale, 1 / scale);
-        const QImage pixels = source.bitmap.view();
-        if (pixels.size() == target.size()) {
-            painter.drawImage(target.topLeft(), pixels);
-        } else {
-            painter.setRenderHint(QPainter::SmoothPixmapTransform, source.smooth);
-            painter.drawImage(target, pixels);
-        }
+void DraggableImageView::enterEvent(QEnterEvent *event)
+{
+    if (m_panningDelegate)
+        m_panningDelegate->handleCursorUpdate();
+    QWidget::enterEvent(event);
+}
+
+void DraggableImageView::leaveEvent(QEvent *event)
+{
+    if (m_panningDelegate) {
+        m_panningDelegate->handlePanEnd();
+        m_panningDelegate->handleCursorUpdate();
     }
-    if (m_image && !std::exchange(m_hasPaintedImage, true))
-        Q_EMIT imagePainted();
+    QWidget::leaveEvent(event);
+}
+
+void DraggableImageView::wheelEvent(QWheelEvent *event)
+{
+    if (!m_panningDelegate || !m_panningDelegate->isPanningAvailable())
+        return QWidget::wheelEvent(event);
+    m_panningDelegate->handleScrollWith(
+        scrollPoints(event->pixelDelta(), event->angleDelta(), QApplication::wheelScrollLines()));
+}
+
+bool DraggableImageView::event(QEvent *event)
+{
+    if (event->type() == QEvent::NativeGesture && handleNativeGesture(static_cast<QNativeGestureEvent *>(event)))
+        return true;
+    return QWidget::event(event);
+}
+
+bool DraggableImageView::handleNativeGesture(QNativeGestureEvent *event)
+{
+    if (!m_panningDelegate)
+        return false;
+    switch (event->gestureType()) {
+    case Qt::BeginNativeGesture:
+        m_pinch.begin();
+        return true;
+    case Qt::ZoomNativeGesture:
+        m_panningDelegate->handleMagnifyWith(m_pinch.magnificationOf(event->value()));
+        return true;
+    case Qt::EndNativeGesture:
+        return true;
+    default:
+        return false;
+    }
 }
 
 } // namespace tallowmere

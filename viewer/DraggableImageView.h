@@ -6,18 +6,30 @@
 #include "viewer/DisplayCopies.h"
 #include "viewer/DisplayCopyRequests.h"
 #include "viewer/ImagePlacement.h"
+#include "viewer/rules/ImageScaling.h"
+#include "viewer/rules/ImageTransform.h"
+#include "viewer/rules/PinchGesture.h"
 
 #include <QColor>
+#include <QTimer>
 #include <QWidget>
 
+#include <cstddef>
 #include <memory>
+#include <vector>
+
+class QNativeGestureEvent;
+class QPainter;
 
 namespace tallowmere {
+
+class PanningHandler;
 
 /// Paints the image and what shows around and through it.
 ///
 /// It paints from display copies; while one is missing, it makes do with what there is and has the copy made in the
-/// background. Main thread.
+/// background. A magnified image is painted from its own pixels. Mouse, wheel and touchpad go to the panning delegate.
+/// Main thread.
 class DraggableImageView final : public QWidget
 {
     Q_OBJECT
@@ -30,8 +42,17 @@ public:
     /// May be null: no image.
     void setImage(ImagePtr image);
     [[nodiscard]] const ImagePtr &image() const { return m_image; }
+    /// Not owned; may be null.
+    void setPanningDelegate(PanningHandler *delegate) { m_panningDelegate = delegate; }
+    void setImageScaling(ImageScaling scaling);
+    [[nodiscard]] ImageScaling imageScaling() const { return m_scaling; }
+    /// What is done to the fitted image.
+    void setImageTransform(const ImageTransform &transform);
+    [[nodiscard]] const ImageTransform &imageTransform() const { return m_transform; }
     /// Opaque.
     void setBackgroundColor(const QColor &color);
+    /// Otherwise what lies beneath the view shows around the image and through it.
+    void setBackgroundShown(bool shown);
     [[nodiscard]] const QColor &backgroundColor() const { return m_backgroundColor; }
     /// Has the copy of the present image made in the background unless it is there: the view is about to get the size
     /// that calls for it.
@@ -47,17 +68,38 @@ Q_SIGNALS:
     void imagePainted();
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void enterEvent(QEnterEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
 
 private:
     struct Source;
 
+    [[nodiscard]] bool handleNativeGesture(QNativeGestureEvent *event);
     [[nodiscard]] Source sourceFor(const ImagePlacement &placement);
+    [[nodiscard]] Source sourceOfMagnified();
+    void prepareToBeMagnified();
+    void fillBackground(QPainter &painter, const QRegion &region) const;
+    void paintReduced(QPainter &painter, const QRegion &region, const ImagePlacement &fitted);
+    void paintMagnified(QPainter &painter, const QRegion &region, const ImagePlacement &fitted);
+    void paintSampled(QPainter &painter, const QRegion &region, const QRectF &target, const Source &source);
 
     const std::shared_ptr<DisplayPreparation> m_preparation;
     DisplayCopyRequests m_requests;
     ImagePtr m_image;
+    ImageScaling m_scaling = ImageScaling::proportionallyUpOrDown;
+    ImageTransform m_transform;
+    PanningHandler *m_panningDelegate = nullptr;
+    PinchGesture m_pinch;
     QColor m_backgroundColor;
+    QTimer m_rest;                  ///< runs since the image was painted as it is to stay
+    std::vector<std::byte> m_strip; ///< rows on their way to the screen
+    bool m_backgroundShown = true;
     bool m_inTransition = false;
     bool m_hasPaintedImage = false;
 };

@@ -4,15 +4,31 @@
 
 #include "viewer/DraggingDestinationHandler.h"
 
+#include <QDragEnterEvent>
+#include <QDragLeaveEvent>
+#include <QDropEvent>
 #include <QEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 
 namespace tallowmere {
 
+namespace {
+
+void answer(QDropEvent &event, bool accepted)
+{
+    // Whatever the other program would like best: it must never take its file for moved.
+    event.setDropAction(accepted ? Qt::CopyAction : Qt::IgnoreAction);
+    event.setAccepted(accepted);
+}
+
+} // namespace
+
 DraggableView::DraggableView(QWidget *parent) : QWidget(parent)
 {
     setFocusPolicy(Qt::StrongFocus);
+    setAcceptDrops(true);
 }
 
 void DraggableView::showEvent(QShowEvent *event)
@@ -48,6 +64,38 @@ void DraggableView::mouseDoubleClickEvent(QMouseEvent *event)
         return QWidget::mouseDoubleClickEvent(event);
     if (m_draggingDelegate)
         m_draggingDelegate->handleDoubleClick(event);
+}
+
+/// As bytes: names that are no text would not survive as URLs.
+const DraggingInfo &DraggableView::dragInfo(const QDropEvent &event)
+{
+    if (!m_drag)
+        m_drag.emplace(event.mimeData()->data(QStringLiteral("text/uri-list")));
+    return *m_drag;
+}
+
+void DraggableView::dragEnterEvent(QDragEnterEvent *event)
+{
+    m_drag.reset();
+    answer(*event, m_draggingDelegate && m_draggingDelegate->draggingEntered(dragInfo(*event)) == DragOperation::copy);
+}
+
+void DraggableView::dragMoveEvent(QDragMoveEvent *event)
+{
+    answer(*event, m_draggingDelegate && m_draggingDelegate->draggingUpdated(dragInfo(*event)) == DragOperation::copy);
+}
+
+void DraggableView::dragLeaveEvent(QDragLeaveEvent *)
+{
+    m_drag.reset();
+    if (m_draggingDelegate)
+        m_draggingDelegate->draggingExited();
+}
+
+void DraggableView::dropEvent(QDropEvent *event)
+{
+    answer(*event, m_draggingDelegate && m_draggingDelegate->performDragOperation(dragInfo(*event)));
+    m_drag.reset();
 }
 
 } // namespace tallowmere

@@ -2,14 +2,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "viewer/rules/DraggingInfo.h"
+
 #include <QWidget>
+
+#include <optional>
 
 namespace tallowmere {
 
 class DraggingDestinationHandler;
 class KeyHandler;
 
-/// The viewer's root view: takes keys and clicks for the controller.
+/// The viewer's root view: takes keys, clicks and drops for the controller.
+///
+/// It alone takes part in drags; everything that lies on it lets them through to its parent, so that a drag that
+/// crosses from the image to a pill has neither left nor entered anything.
 ///
 /// Its handlers are not owned and may be null.
 class DraggableView final : public QWidget
@@ -39,10 +46,17 @@ protected:
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
+    [[nodiscard]] const DraggingInfo &dragInfo(const QDropEvent &event);
+
     DraggingDestinationHandler *m_draggingDelegate = nullptr;
     KeyHandler *m_keyHandler = nullptr;
+    std::optional<DraggingInfo> m_drag; ///< the one over the view; asking the other program again takes time
 };
 
 } // namespace tallowmere

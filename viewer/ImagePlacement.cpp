@@ -17,19 +17,24 @@ int snapped(double side, int viewSide)
     return std::abs(viewSide - side) <= 1.0 ? viewSide : std::min(rounded, viewSide);
 }
 
+QSize devicePixelsOf(QSizeF view, double scale)
+{
+    return {static_cast<int>(std::lround(view.width() * scale)), static_cast<int>(std::lround(view.height() * scale))};
+}
+
 } // namespace
 
-ImagePlacement ImagePlacement::of(PixelSize image, QSizeF view, double scale)
+ImagePlacement ImagePlacement::of(PixelSize image, QSizeF view, double scale, ImageScaling scaling)
 {
-    const QSize viewPixels(static_cast<int>(std::lround(view.width() * scale)),
-                           static_cast<int>(std::lround(view.height() * scale)));
+    const QSize viewPixels = devicePixelsOf(view, scale);
     if (image.empty() || viewPixels.isEmpty())
         return {};
-    const double reduction = std::min({1.0, view.width() / image.width, view.height() / image.height});
+    const double fitting = std::min(view.width() / image.width, view.height() / image.height);
+    const double factor = scaling == ImageScaling::proportionallyDown ? std::min(fitting, 1.0) : fitting;
     ImagePlacement placement;
-    if (reduction < 1.0) {
-        placement.deviceSize = {snapped(image.width * reduction * scale, viewPixels.width()),
-                                snapped(image.height * reduction * scale, viewPixels.height())};
+    if (factor != 1.0) {
+        placement.deviceSize = {snapped(image.width * factor * scale, viewPixels.width()),
+                                snapped(image.height * factor * scale, viewPixels.height())};
     } else {
         placement.deviceSize = {static_cast<int>(std::lround(image.width * scale)),
                                 static_cast<int>(std::lround(image.height * scale))};
@@ -38,6 +43,26 @@ ImagePlacement ImagePlacement::of(PixelSize image, QSizeF view, double scale)
                               (viewPixels.height() - placement.deviceSize.height()) / 2};
     placement.copySize = {std::min(image.width, static_cast<std::uint32_t>(placement.deviceSize.width())),
                           std::min(image.height, static_cast<std::uint32_t>(placement.deviceSize.height()))};
+    return placement;
+}
+
+QRectF ImagePlacement::transformed(const ImageTransform &transform, QSizeF view, double scale) const
+{
+    const QSizeF viewPixels = devicePixelsOf(view, scale);
+    const ImageTransform onDevice{transform.scale, transform.shift * scale, transform.sampling};
+    return onDevice.mapped(QRectF(deviceOrigin, deviceSize), QPointF(viewPixels.width() / 2, viewPixels.height() / 2));
+}
+
+ImagePlacement ImagePlacement::reduced(const ImageTransform &transform, QSizeF view, double scale) const
+{
+    if (transform.scale == 1.0 || deviceSize.isEmpty())
+        return *this;
+    const QRectF exact = transformed(transform, view, scale);
+    ImagePlacement placement;
+    placement.deviceSize = exact.size().toSize().expandedTo({1, 1});
+    placement.deviceOrigin = exact.topLeft().toPoint();
+    placement.copySize = {std::min(copySize.width, static_cast<std::uint32_t>(placement.deviceSize.width())),
+                          std::min(copySize.height, static_cast<std::uint32_t>(placement.deviceSize.height()))};
     return placement;
 }
 

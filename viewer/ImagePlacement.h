@@ -3,6 +3,8 @@
 #pragma once
 
 #include "imaging/pixels/PixelSize.h"
+#include "viewer/rules/ImageScaling.h"
+#include "viewer/rules/ImageTransform.h"
 
 #include <QPoint>
 #include <QRectF>
@@ -14,7 +16,7 @@ namespace tallowmere {
 /// Where an image lies in its view, on whole device pixels.
 ///
 /// An image larger than the view is reduced in proportion until it fits; a smaller one keeps its own size, one
-/// point for each of its pixels. Either way it lies in the middle.
+/// point for each of its pixels, unless it is to be enlarged. Either way it lies in the middle.
 struct ImagePlacement
 {
     QSize deviceSize;    ///< what the image covers, device pixels; empty when there is nothing to show
@@ -22,7 +24,14 @@ struct ImagePlacement
     PixelSize copySize;  ///< of the display copy that covers it: deviceSize, but never more than the image has
 
     /// @p image: its pixels, which are its points, too. @p view in points. @p scale: device pixels per point.
-    [[nodiscard]] static ImagePlacement of(PixelSize image, QSizeF view, double scale);
+    [[nodiscard]] static ImagePlacement of(PixelSize image, QSizeF view, double scale,
+                                           ImageScaling scaling = ImageScaling::proportionallyDown);
+
+    /// Where the image comes to lie when @p transform is done to it about the middle of the view: device pixels, not
+    /// whole ones.
+    [[nodiscard]] QRectF transformed(const ImageTransform &transform, QSizeF view, double scale) const;
+    /// The same on whole device pixels, for a transform that does not enlarge.
+    [[nodiscard]] ImagePlacement reduced(const ImageTransform &transform, QSizeF view, double scale) const;
 
     friend bool operator==(const ImagePlacement &, const ImagePlacement &) = default;
 };

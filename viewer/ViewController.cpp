@@ -10,6 +10,7 @@
 #include "viewer/DraggableImageView.h"
 #include "viewer/DraggableView.h"
 #include "viewer/IdleScreen.h"
+#include "viewer/ProgressSign.h"
 #include "viewer/Shell.h"
 #include "viewer/WindowFrame.h"
 #include "viewer/WindowGeometry.h"
@@ -22,7 +23,6 @@ namespace tallowmere {
 
 namespace {
 
-constexpr int kMaximumPixelSize = 4000;
 /// How far from the current file display copies are kept ready, files to either side.
 constexpr qint64 kNeighboursKeptReady = 2;
 
@@ -53,7 +53,10 @@ void ViewController::buildViews()
     m_view->setDraggingDelegate(this);
     m_view->setKeyHandler(this);
     m_imageView = new DraggableImageView(m_preparation, m_with.launcher, m_with.mainQueue, m_view);
+    m_imageView->setPanningDelegate(this);
     m_idleScreen = new IdleScreen(m_view);
+    m_progressSign = new ProgressSign(m_view);
+    buildOverlayViews();
 
     connect(m_view, &DraggableView::resized, this, &ViewController::layOutSubviews);
     connect(m_view, &DraggableView::appeared, this, &ViewController::makeFirstResponder);
@@ -71,6 +74,9 @@ void ViewController::layOutSubviews()
 {
     m_imageView->setGeometry(m_view->rect());
     m_idleScreen->setGeometry(m_view->rect());
+    m_progressSign->layOutIn(m_view->size());
+    reapplyZoom();
+    layOutOverlays();
     updateDisplayTarget();
 }
 
@@ -99,8 +105,12 @@ FileListManager &ViewController::fileListManager() const
 
 void ViewController::displayImage(const FileURL &file)
 {
+    m_handCursor.reset();
+    showHandCursor();
     updateDisplayTarget();
     updateFileNameDisplay(file);
+    updateFileInfo(file);
+    updateFileTag(file);
     m_idleScreen->hide();
     const bool averageApplied = applyBackgroundFor(file);
 
@@ -109,26 +119,45 @@ void ViewController::displayImage(const FileURL &file)
         return;
     }
     m_imageView->setImage(nullptr);
-    m_with.loader->loadImage(file, kMaximumPixelSize,
-                             [self = QPointer(this), file, averageApplied](const ImagePtr &image) {
+    updateTransparencyBackground();
+    auto progress = m_with.loader->loadImage(
+        file, kMaximumPixelSize,
+        [self = QPointer(this), file, averageApplied, load = ++m_loads](const ImagePtr &image) {
         auto *controller = self.data();
         if (!controller)
             return;
-        if (image)
+        if (image) {
             controller->showImage(file, image, averageApplied);
-        else
-            controller->listingMayStart();
-    });
+            return;
+        }
+        if (load == controller->m_loads)
+            controller->m_progressSign->stop();
+        controller->listingMayStart();
+        });
+    if (progress)
+        m_progressSign->start(std::move(progress));
 }
 
 void ViewController::showImage(const FileURL &file, const ImagePtr &image, bool averageApplied)
 {
+    m_progressSign->stop();
     m_imageView->setImage(image);
     m_idleScreen->hide();
+    updateTransparencyBackground();
+    updateOverlayVisibility();
     if (!averageApplied && !applyBackgroundFor(file) && m_with.settings.autoResizeToImageSize())
         computeAverageColor(file, image);
-    if (m_with.settings.autoResizeToImageSize())
-        fitWindowToImage(m_with.settings.autoResizeWithAnimation());
+    if (m_with.settings.autoResizeToImageSize()) {
+        fitWindowToImage(m_with.settings.autoResizeWithAnimation(), [self = QPointer(this), file] {
+            auto *controller = self.data();
+            if (!controller)
+                return;
+            controller->resetZoomAfterAutoResize(file);
+            controller->reapplyZoom();
+        });
+    } else {
+        applyZoom(image);
+    }
     m_imageView->wantCopy(m_preparation->copySizeFor(*image));
     // At once: a key that is held down would otherwise keep the picture waiting behind the next key press.
     if (m_view->isVisible())
@@ -141,11 +170,15 @@ void ViewController::showImage(const FileURL &file, const ImagePtr &image, bool 
 void ViewController::showIdleState()
 {
     m_deferredListing->finish();
+    m_progressSign->stop();
     m_imageView->setImage(nullptr);
+    updateTransparencyBackground();
     m_idleScreen->show();
     m_fileListManager->fileURLs.clear();
     m_fileListManager->currentIndex = 0;
     updateFileNameDisplay({});
+    applyFileInfo({});
+    updateFileTag({});
     applyBackgroundColor(windowBackgroundColor());
     m_with.shell.refreshMenuItems();
     resizeWindow(true, WindowGeometry::kIdleFrame.width(), WindowGeometry::kIdleFrame.height());

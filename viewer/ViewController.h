@@ -2,10 +2,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "imaging/Color.h"
 #include "imaging/Image.h"
 #include "settings/SettingsManager.h"
 #include "support/FileURL.h"
 #include "viewer/DraggingDestinationHandler.h"
+#include "viewer/PanningHandler.h"
+#include "viewer/rules/DragState.h"
+#include "viewer/rules/HandCursor.h"
+#include "viewer/rules/PanDrag.h"
+#include "viewer/rules/ZoomMemory.h"
+#include "viewer/rules/ZoomRule.h"
 #include "viewer/UndoState.h"
 
 #include <QColor>
@@ -26,6 +33,8 @@ class DeferredListing;
 class DisplayPreparation;
 class DraggableImageView;
 class DraggableView;
+class FileAttributesReader;
+class FileLabelReader;
 class FileListManager;
 class FileRevealer;
 class FolderAccess;
@@ -34,8 +43,12 @@ class ImageCacheManager;
 class ImageLoader;
 class Launcher;
 class MainQueue;
+class ProgressSign;
+class Pill;
 class SecurityScope;
 class Shell;
+class TagCircle;
+class TransparencyChecker;
 class WindowFrame;
 enum class KeyCommand;
 struct ScreenArea;
@@ -44,7 +57,7 @@ struct ScreenArea;
 ///
 /// Main thread only. Its work is spread over one source file per concern. Background work holds it weakly; a result
 /// that comes when the controller is gone is dropped.
-class ViewController final : public QObject, public DraggingDestinationHandler, public KeyHandler
+class ViewController final : public QObject, public DraggingDestinationHandler, public KeyHandler, public PanningHandler
 {
     Q_OBJECT
 
@@ -58,6 +71,8 @@ public:
         SecurityScope &scope;
         FolderAccess &folderAccess;
         FileRevealer &revealer;
+        const FileLabelReader &labelReader;
+        const FileAttributesReader &attributesReader;
         MainQueue &mainQueue;
         Launcher &launcher;
         Shell &shell;
@@ -101,6 +116,16 @@ public:
     /// @p file may be empty: no file.
     void updateFileNameDisplay(const FileURL &file);
     void updateWindowTitle(const FileURL &file);
+    /// Reads what the pill is to say in the background and shows it when it arrives, whatever file is shown by then.
+    void updateFileInfo(const FileURL &file);
+    /// The settings have changed: the pill for the current file anew.
+    void refreshFileInfo();
+    void updateFileInfoPillWidth();
+    /// Reads the label in the background. @p file may be empty: no file.
+    void updateFileTag(const FileURL &file);
+    /// Which of the pills fit into the view.
+    void updateOverlayVisibility();
+    void updateTransparencyBackground();
 
     /// The frame gets this size in points and keeps its centre. Leaves a maximised or full-screen state first.
     void resizeWindow(bool animated, double width, double height);
@@ -115,7 +140,25 @@ public:
     /// without a window, an image with a bitmap or a screen.
     [[nodiscard]] std::optional<QSizeF> fittedImageSize();
 
+    /// One step of 1.5, between 0.25 and 10. While the window follows the image, the window grows or shrinks first.
+    void zoomIn();
+    void zoomOut();
+    void resetZoom();
+
+    [[nodiscard]] bool shouldStartPanningAt(QPointF point) override;
+    [[nodiscard]] bool isPanningAvailable() override;
+    void handlePanStartAt(QPointF point) override;
+    void handlePanMoveTo(QPointF point) override;
+    void handlePanEnd() override;
+    void handleCursorUpdate() override;
+    void handleScrollWith(QPointF points) override;
+    void handleMagnifyWith(double magnification) override;
+
     void keyDown(QKeyEvent *event) override;
+    [[nodiscard]] DragOperation draggingEntered(const DraggingInfo &info) override;
+    [[nodiscard]] DragOperation draggingUpdated(const DraggingInfo &info) override;
+    bool performDragOperation(const DraggingInfo &info) override;
+    void draggingExited() override;
     void handleDoubleClick(QMouseEvent *event) override;
     /// Key presses go to the view from now on. Nothing without a window.
     void makeFirstResponder();
@@ -130,10 +173,17 @@ Q_SIGNALS:
 private:
     void buildViews();
     void layOutSubviews();
+    void buildOverlayViews();
+    void layOutOverlays();
+    [[nodiscard]] bool overlaysHaveFile() const;
+    void applyFileInfo(const QString &text);
+    void applyFileTagColor(const std::optional<Color> &color);
 
     void showImage(const FileURL &file, const ImagePtr &image, bool averageApplied);
     bool applyBackgroundFor(const FileURL &file);
     void computeAverageColor(const FileURL &file, const ImagePtr &image);
+    void storeAverageColor(const FileURL &file, const ImagePtr &image, std::function<void(const Color &)> done);
+    void prepareDraggedFile(const FileURL &file);
     void appearanceChanged();
 
     void listFolderOf(const FileURL &file);
@@ -146,6 +196,26 @@ private:
     bool perform(KeyCommand command);
     void switchAutoResizeOff();
 
+    [[nodiscard]] ZoomMemory::Key zoomKey();
+    [[nodiscard]] double currentZoomScale();
+    void setZoomScale(double zoom);
+    [[nodiscard]] QPointF currentPanOffset();
+    void setPanOffset(QPointF offset);
+    [[nodiscard]] QPointF clampPanOffset(QPointF offset, double zoom) const;
+    void panTo(QPointF offset);
+    void changeZoom(double zoom);
+    void perform(const ZoomRule::Change &change);
+    [[nodiscard]] std::optional<double> windowRatio();
+    void applyZoom(const ImagePtr &image);
+    void reapplyZoom();
+    [[nodiscard]] std::function<void()> zoomReapplication();
+    void applyZoomTransform(double zoom);
+    void resetZoomTransform();
+    void forgetZoomForCurrentFile();
+    void resetZoomAfterAutoResize(const FileURL &file);
+    void updateCursor();
+    void showHandCursor();
+
     [[nodiscard]] QWidget *window() const;
     [[nodiscard]] std::optional<ScreenArea> screenArea() const;
     [[nodiscard]] QSizeF frameExtra();
@@ -153,6 +223,9 @@ private:
     centredFrameRule(std::function<std::optional<QSizeF>()> contentSize);
     [[nodiscard]] WindowFrame *windowFrame();
     void updateDisplayTarget();
+
+    /// What pictures are decoded to, in pixels of the longer side.
+    static constexpr int kMaximumPixelSize = 4000;
 
     const Surroundings m_with;
     const std::unique_ptr<FileListManager> m_fileListManager;
@@ -162,8 +235,19 @@ private:
     DraggableView *m_view = nullptr;           ///< ours until it is put into a window, and ours to delete even then
     DraggableImageView *m_imageView = nullptr; ///< lives in m_view, as does the next
     IdleScreen *m_idleScreen = nullptr;
+    ProgressSign *m_progressSign = nullptr;
+    TransparencyChecker *m_transparencyCheckerView = nullptr;
+    Pill *m_fileInfoPill = nullptr;
+    Pill *m_fileNamePill = nullptr;
+    TagCircle *m_fileTagCircle = nullptr;
+    DragState m_dragState;
     QPointer<WindowFrame> m_windowFrame;
     QPointer<QFileDialog> m_openPanel;
+
+    ZoomMemory m_zoomMemory;
+    int m_loads = 0;   ///< begun so far
+    PanDrag m_panDrag; ///< means something while the hand is closed
+    HandCursor m_handCursor;
 
     std::optional<UndoState> m_undoState;
     QColor m_resolvedWindowColor;

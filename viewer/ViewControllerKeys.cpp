@@ -26,6 +26,15 @@ bool ViewController::perform(KeyCommand command)
     case KeyCommand::revealInFileManager:
         revealCurrentFileInFinder();
         return true;
+    case KeyCommand::resetZoom:
+        resetZoom();
+        return true;
+    case KeyCommand::zoomIn:
+        zoomIn();
+        return true;
+    case KeyCommand::zoomOut:
+        zoomOut();
+        return true;
     case KeyCommand::smallWindow:
         switchAutoResizeOff();
         resizeWindow(true, WindowGeometry::kSmallFrame.width(), WindowGeometry::kSmallFrame.height());

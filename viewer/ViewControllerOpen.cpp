@@ -37,13 +37,14 @@ void ViewController::openImage(const FileURL &file)
     m_deferredListing->finish(); // what was opened before is opened completely
     setUndoState(std::nullopt);
     m_lastOpened = file;
+    // Put off before the image is shown: from now on this file is the one whose zoom counts.
+    m_deferredListing->putOff([this, file] { listFolderOf(file); });
     displayImage(file);
     m_with.mainQueue.async([self = QPointer(this)] {
         if (auto *controller = self.data())
             controller->makeFirstResponder();
     });
 
-    m_deferredListing->putOff([this, file] { listFolderOf(file); });
     if (!m_view->isVisible() || m_imageView->hasPaintedImage())
         listingMayStart();
     else
@@ -74,6 +75,7 @@ void ViewController::listFolderOf(const FileURL &file)
                 controller->folderAccessAnswered(file, granted);
         });
     }
+    updateOverlayVisibility();
     m_with.shell.refreshMenuItems();
 }
 
@@ -91,6 +93,7 @@ void ViewController::folderAccessAnswered(const FileURL &file, bool granted)
     } else {
         printDiagnostic("⚠️ Still failed to load file list after folder access grant");
     }
+    updateOverlayVisibility();
     m_with.shell.refreshMenuItems();
 }
 

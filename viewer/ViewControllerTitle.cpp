@@ -1,106 +1,16 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
-#include "imaging/ImageCacheManager.h"
-#include "imaging/ImageLoader.h"
-#include "viewer/DraggableImageView.h"
-#include "viewer/DraggableView.h"
 #include "viewer/ViewController.h"
 #include "viewer/WindowTitle.h"
 
+#include <QWidget>
+
 namespace tallowmere {
-
-namespace {
-
-QColor toQColor(const Color &color)
-{
-    return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
-                            static_cast<float>(color.blue), static_cast<float>(color.alpha));
-}
-
-/// What one sees when @p color lies on the opaque @p base.
-QColor laidOn(const QColor &base, const QColor &color)
-{
-    const float alpha = color.alphaF();
-    const auto mixed = [alpha](float over, float under) { return over * alpha + under * (1.0F - alpha); };
-    return QColor::fromRgbF(mixed(color.redF(), base.redF()), mixed(color.greenF(), base.greenF()),
-                            mixed(color.blueF(), base.blueF()));
-}
-
-} // namespace
-
-void ViewController::updateFileNameDisplay(const FileURL &file)
-{
-    m_imageView->setAccessibleName(file.empty() ? QString() : nameOnOneLine(file));
-    updateWindowTitle(file);
-}
 
 void ViewController::updateWindowTitle(const FileURL &file)
 {
     if (QWidget *titled = window())
         titled->setWindowTitle(windowTitleFor(file, m_with.settings.fileNameDisplayLocation()));
-}
-
-void ViewController::applyBackgroundColor(const QColor &color)
-{
-    // The average of a picture with transparent parts is transparent itself.
-    m_imageView->setBackgroundColor(laidOn(windowBackgroundColor(), color));
-}
-
-QColor ViewController::windowBackgroundColor() const
-{
-    return m_view->palette().color(QPalette::Active, QPalette::Window);
-}
-
-void ViewController::appearanceChanged()
-{
-    // Palettes are set anew for many reasons; only another colour is another appearance.
-    const QColor color = windowBackgroundColor();
-    if (color == m_resolvedWindowColor)
-        return;
-    m_resolvedWindowColor = color;
-    applyBackgroundColor(color);
-}
-
-/// Whether it was the average colour: then nothing needs to be computed.
-bool ViewController::applyBackgroundFor(const FileURL &file)
-{
-    if (!m_with.settings.autoResizeToImageSize()) {
-        applyBackgroundColor(windowBackgroundColor());
-        return false;
-    }
-    const auto average = m_with.cache->averageColorCache.find(file);
-    if (average)
-        applyBackgroundColor(toQColor(*average));
-    return average != nullptr;
-}
-
-bool ViewController::applyAverageColorBackground(const FileURL &file)
-{
-    if (const auto average = m_with.cache->averageColorCache.find(file)) {
-        applyBackgroundColor(toQColor(*average));
-        return true;
-    }
-    if (m_imageView->image())
-        computeAverageColor(file, m_imageView->image());
-    return false;
-}
-
-void ViewController::computeAverageColor(const FileURL &file, const ImagePtr &image)
-{
-    m_with.launcher.launch("com.tallowmere.averageColor", QualityOfService::userInitiated,
-                           [self = QPointer(this), file, image, loader = m_with.loader, cache = m_with.cache,
-                            &mainQueue = m_with.mainQueue] {
-        const std::optional<Color> average = loader->calculateAverageColor(*image);
-        if (!average)
-            return;
-        cache->averageColorCache.insert(file, std::make_shared<Color>(*average), sizeof(Color));
-        mainQueue.async([self, average] {
-            // By now the user may have gone over to fixed sizes or closed the picture.
-            auto *controller = self.data();
-            if (controller && controller->m_with.settings.autoResizeToImageSize() && controller->currentImage())
-                controller->applyBackgroundColor(toQColor(*average));
-        });
-    });
 }
 
 } // namespace tallowmere

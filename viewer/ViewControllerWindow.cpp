@@ -75,12 +75,13 @@ void ViewController::resizeWindow(bool animated, double width, double height)
     WindowFrame *const frame = windowFrame();
     if (!frame)
         return;
+    forgetZoomForCurrentFile();
     frame->releaseFromSystem();
     frame->setFrame(
         [frame, width, height] {
         return std::optional(WindowGeometry::resizedAboutCentre(frame->frame(), {width, height}));
         },
-        animated, {});
+        animated, zoomReapplication());
 }
 
 void ViewController::resizeWindowToScreen(bool animated)
@@ -89,9 +90,10 @@ void ViewController::resizeWindowToScreen(bool animated)
     const auto screen = screenArea();
     if (!frame || !screen)
         return;
+    forgetZoomForCurrentFile();
     frame->releaseFromSystem();
     frame->setFrame([visible = screen->visibleFrame] { return std::optional(WindowGeometry::largeFrame(visible)); },
-                    animated, {});
+                    animated, zoomReapplication());
 }
 
 /// The frame around content of the size that @p contentSize gives, in the middle of the screen. It is worked out when
@@ -126,19 +128,22 @@ void ViewController::fitWindowToImage(bool animated, std::function<void()> compl
     const ImagePtr image = currentImage();
     if (!frame || !image)
         return;
-    if (frame->isHeldBySystem()) {
-        if (completion)
-            completion();
-        return;
-    }
     if (!screenArea())
         return;
+    forgetZoomForCurrentFile();
+    const auto reapplication = zoomReapplication();
+    if (!completion)
+        completion = reapplication;
+    if (frame->isHeldBySystem())
+        return completion();
+    m_imageView->setImageScaling(ImageScaling::proportionallyDown);
     // An image without a bitmap is not fitted to the screen, and whoever waits for it isn't told: there is nothing
     // to go on with.
     if (image->hasBitmap())
         frame->setFrame(centredFrameRule([this] { return fittedImageSize(); }), animated, std::move(completion));
     else
-        frame->setFrame(centredFrameRule([size = image->size()] { return std::optional(size); }), animated, {});
+        frame->setFrame(centredFrameRule([size = image->size()] { return std::optional(size); }), animated,
+                        reapplication);
 }
 
 void ViewController::resizeWindowByFactor(bool animated, double factor)
@@ -150,7 +155,7 @@ void ViewController::resizeWindowByFactor(bool animated, double factor)
         return;
     const QSizeF content = WindowGeometry::contentResizedByFactor(m_view->size(), factor, *fitted);
     frame->setFrame(centredFrameRule([content] { return std::optional(content); }),
-                    animated && m_with.settings.autoResizeWithAnimation(), {});
+                    animated && m_with.settings.autoResizeWithAnimation(), zoomReapplication());
 }
 
 } // namespace tallowmere

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "imaging/codecs/DecodeProgress.h"
 #include "imaging/pixels/ColourDescription.h"
 #include "imaging/pixels/Orientation.h"
 #include "imaging/pixels/PixelSize.h"
@@ -15,11 +16,12 @@
 namespace tallowmere {
 
 /// Why there is no picture; for logs and tests, users see an empty view.
-enum class DecodeFailure {
+enum class DecodeFailure
+{
     unrecognised, ///< no codec knows these bytes
     unsupported,  ///< a variant of a known format that is not read
     corrupt,
-    tooLarge,     ///< refused by a limit, before memory was taken
+    tooLarge, ///< refused by a limit, before memory was taken
     outOfMemory,
     cancelled,
 };
@@ -27,12 +29,13 @@ enum class DecodeFailure {
 /// What one decode may cost. The defaults are the program's own.
 struct DecodeLimits
 {
-    std::uint32_t maxSide = 4000;                     ///< pixels; the longer side of the result
-    std::uint32_t maxSourceSide = 65'535;             ///< pixels
+    std::uint32_t maxSide = 4000;         ///< pixels; the longer side of the result
+    std::uint32_t maxSourceSide = 65'535; ///< pixels
     std::uint64_t maxSourcePixels = std::uint64_t{1} << 30;
     std::size_t maxWorkingBytes = std::size_t{512} << 20; ///< everything allocated for one decode, result included
     /// Asked now and then from the decoding thread; true ends the decode. May be empty.
     std::function<bool()> cancelled;
+    DecodeProgress *progress = nullptr; ///< told of the rows as they come; may be null; outlives the decode
 };
 
 /// How the rows of one picture arrive.
@@ -74,8 +77,8 @@ public:
     [[nodiscard]] virtual std::optional<PixelSize> storedSize(std::span<const std::byte> file) const = 0;
     /// Hands the first picture to @p sink. Nothing: the sink has all rows that could be had, and at least one.
     /// Whatever exceeds @p limits is refused before it is allocated.
-    [[nodiscard]] virtual std::optional<DecodeFailure> decode(
-        std::span<const std::byte> file, const DecodeLimits &limits, RowSink &sink) const = 0;
+    [[nodiscard]] virtual std::optional<DecodeFailure> decode(std::span<const std::byte> file,
+                                                              const DecodeLimits &limits, RowSink &sink) const = 0;
 };
 
 } // namespace tallowmere

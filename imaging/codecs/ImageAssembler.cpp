@@ -152,6 +152,8 @@ bool ImageAssembler::begin(const RowLayout &layout)
         return state.fail(DecodeFailure::tooLarge);
     state.layout = layout;
     state.target = targetFor(layout, state.limits.maxSide);
+    if (state.limits.progress)
+        state.limits.progress->setRowCount(layout.rows.height);
     if (state.workingBytes() > state.limits.maxWorkingBytes)
         return state.fail(DecodeFailure::tooLarge);
     try {
@@ -182,7 +184,11 @@ bool ImageAssembler::rowDone()
         state.placement->rowDone();
     }
     ++state.received;
-    if (state.received % kRowsBetweenQuestions == 0 && state.limits.cancelled && state.limits.cancelled())
+    if (state.received % kRowsBetweenQuestions != 0)
+        return true;
+    if (state.limits.progress)
+        state.limits.progress->setRowsDone(state.received);
+    if (state.limits.cancelled && state.limits.cancelled())
         return state.fail(DecodeFailure::cancelled);
     return true;
 }

@@ -15,6 +15,7 @@ struct KernelSet
     decltype(&channelSums) sumChannels;
     decltype(&premultiply) premultiplyPixels;
     decltype(&transpose) transposeRows;
+    decltype(&pickPixels) pickRow;
     decltype(&filterRow) filterOneRow;
     decltype(&filterColumns) filterOneColumnSet;
     decltype(&mixColours) mixColourRow;

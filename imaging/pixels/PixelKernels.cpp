@@ -301,11 +301,34 @@ void mixColourRow(std::byte *pixels, std::size_t count, const MixingTables &tabl
     }
 }
 
+void pickRow(const std::uint32_t *row, std::size_t width, const std::uint32_t *columns, std::size_t count,
+             std::uint32_t *out)
+{
+    // Neighbours on the screen are mostly neighbours in the picture: one load and one shuffle fetch them all.
+    using Pixels = hn::CappedTag<std::uint32_t, 8>;
+    const Pixels d;
+    const std::size_t lanes = hn::Lanes(d);
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        const std::uint32_t first = columns[i];
+        if (columns[i + lanes - 1] - first < lanes && first + lanes <= width) {
+            const auto lane = hn::Sub(hn::LoadU(d, columns + i), hn::Set(d, first));
+            hn::StoreU(hn::TableLookupLanes(hn::LoadU(d, row + first), hn::IndicesFromVec(d, lane)), d, out + i);
+        } else {
+            for (std::size_t k = i; k < i + lanes; ++k)
+                out[k] = row[columns[k]];
+        }
+    }
+    for (; i < count; ++i)
+        out[i] = row[columns[i]];
+}
+
 constexpr KernelSet kKernels{
     .instructionSet = HWY_STR(HWY_NAMESPACE),
     .sumChannels = sumChannels,
     .premultiplyPixels = premultiplyPixels,
     .transposeRows = transposeRows,
+    .pickRow = pickRow,
     .filterOneRow = filterOneRow,
     .filterOneColumnSet = filterOneColumnSet,
     .mixColourRow = mixColourRow,
@@ -380,6 +403,12 @@ void transpose(const std::uint32_t *rows, std::ptrdiff_t stride, std::size_t wid
                std::uint32_t *out, std::ptrdiff_t outStride)
 {
     chosen->transposeRows(rows, stride, width, count, out, outStride);
+}
+
+void pickPixels(const std::uint32_t *row, std::size_t width, const std::uint32_t *columns, std::size_t count,
+                std::uint32_t *out)
+{
+    chosen->pickRow(row, width, columns, count, out);
 }
 
 void filterRow(const std::byte *row, const std::uint32_t *starts, const std::int16_t *weights, std::size_t count,

@@ -24,6 +24,11 @@ void unpremultiply(std::byte *pixels, std::size_t count);
 void transpose(const std::uint32_t *rows, std::ptrdiff_t stride, std::size_t width, std::size_t count,
                std::uint32_t *out, std::ptrdiff_t outStride);
 
+/// Writes @p row[@p columns[i]] for each i below @p count. The columns never fall and are less than @p width, the
+/// length of the row.
+void pickPixels(const std::uint32_t *row, std::size_t width, const std::uint32_t *columns, std::size_t count,
+                std::uint32_t *out);
+
 /// Results that share one stretch of weights, so that the widest vectors find theirs side by side.
 inline constexpr std::size_t kRowFilterGroup = 4;
 

@@ -23,8 +23,8 @@ ApplicationFixture::ApplicationFixture()
     cache->setLoader(loader);
     settings.setAutoResizeToImageSize(false);
     settings.setAutoResizeWithAnimation(false);
-    delegate = std::make_unique<AppDelegate>(
-        AppDelegate::Surroundings{settings, loader, cache, scope, folderAccess, revealer, mainQueue, launcher});
+    delegate = std::make_unique<AppDelegate>(AppDelegate::Surroundings{
+        settings, loader, cache, scope, folderAccess, revealer, labels, attributes, mainQueue, launcher});
 }
 
 ApplicationFixture::~ApplicationFixture()

@@ -13,6 +13,7 @@
 #include "settings/SettingsManager.h"
 #include "tests/doubles/MemoryDefaultsStore.h"
 #include "tests/doubles/RecordingScope.h"
+#include "tests/doubles/StatedFileFacts.h"
 #include "tests/doubles/SteppedQueues.h"
 #include "tests/doubles/TestFolder.h"
 #include "viewer/DraggableImageView.h"
@@ -71,6 +72,8 @@ protected:
     std::shared_ptr<ImageLoader> loader;
     NoFolderAccess folderAccess;
     RevealerDouble revealer;
+    StatedLabel labels;
+    StatedAttributes attributes;
     std::unique_ptr<AppDelegate> delegate;
 };
 

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
 #include "tests/app/ApplicationFixture.h"
+#include "viewer/Pill.h"
+#include "viewer/TagCircle.h"
 
 #include <QAction>
 #include <QApplication>
@@ -81,8 +83,10 @@ TEST_F(Menu, holdsTheCommandsInTheirOrderWithTheirKeys)
     EXPECT_EQ(titles, (QStringList{u"Tallowmere"_s, u"File"_s, u"View"_s, u"Window"_s}));
     EXPECT_EQ(contents(u"Tallowmere"_s), QStringList{u"Quit Tallowmere | Ctrl+Q"_s});
     EXPECT_EQ(contents(u"File"_s), (QStringList{u"Open... | Ctrl+O"_s, u"-"_s, u"Show in Finder | Ctrl+Enter"_s}));
-    EXPECT_EQ(contents(u"View"_s), (QStringList{u"Auto-resize Window to Image Size"_s, u"-"_s, u"Show File Name"_s,
-                                                u"  In the Title"_s, u"  In the Corner"_s, u"  Off"_s}));
+    EXPECT_EQ(contents(u"View"_s),
+              (QStringList{u"Show File Size"_s, u"Show Creation Date"_s, u"Show Image Resolution"_s, u"Show File Tag"_s,
+                           u"-"_s, u"Auto-resize Window to Image Size"_s, u"-"_s, u"Show File Name"_s,
+                           u"  In the Title"_s, u"  In the Corner"_s, u"  Off"_s}));
     EXPECT_EQ(contents(u"Window"_s),
               (QStringList{u"Close Window | Ctrl+W"_s, u"-"_s, u"Small Window | Ctrl+1"_s, u"Medium Window | Ctrl+2"_s,
                            u"Large Window | Ctrl+3"_s, u"Fit to Image | Ctrl+4"_s}));
@@ -104,9 +108,11 @@ TEST_F(Menu, everyKeyBelongsToExactlyOneItem)
 TEST_F(Menu, itemsThatChangeAreFoundByTheirNames)
 {
     launch();
-    for (const char *name : {"showInFinderMenuItem", "autoResizeMenuItem", "fileNameInTitleMenuItem",
-                             "fileNameInCornerMenuItem", "fileNameOffMenuItem", "resizeSmallMenuItem",
-                             "resizeMediumMenuItem", "resizeLargeMenuItem", "resizeToImageMenuItem"})
+    for (const char *name :
+         {"showFileSizeMenuItem", "showCreationDateMenuItem", "showImageResolutionMenuItem", "showFileTagMenuItem",
+          "showInFinderMenuItem", "autoResizeMenuItem", "fileNameInTitleMenuItem", "fileNameInCornerMenuItem",
+          "fileNameOffMenuItem", "resizeSmallMenuItem", "resizeMediumMenuItem", "resizeLargeMenuItem",
+          "resizeToImageMenuItem"})
         EXPECT_NE(window()->findChild<QAction *>(QLatin1String(name)), nullptr) << name;
 }
 
@@ -171,6 +177,85 @@ TEST_F(Menu, inTheCornerUnchecksInTheTitleAndOff)
     EXPECT_EQ(nameMarks(), (std::vector<bool>{false, false, true}));
     menu()->fileNameOffMenuItem->trigger(); // chosen again it stays chosen
     EXPECT_EQ(nameMarks(), (std::vector<bool>{false, false, true}));
+}
+
+TEST_F(Menu, eachDisplayToggleWritesItsSettingAndMarksItsItem)
+{
+    struct Toggle
+    {
+        QAction *MainMenu::*item;
+        bool (SettingsManager::*read)() const;
+    };
+    const Toggle toggles[] = {
+        {&MainMenu::showFileSizeMenuItem, &SettingsManager::showFileSize},
+        {&MainMenu::showCreationDateMenuItem, &SettingsManager::showCreationDate},
+        {&MainMenu::showImageResolutionMenuItem, &SettingsManager::showImageResolution},
+        {&MainMenu::showFileTagMenuItem, &SettingsManager::showFileTag},
+    };
+    launch();
+    for (const Toggle &toggle : toggles) {
+        QAction *const item = menu()->*toggle.item;
+        const bool before = (settings.*toggle.read)();
+        EXPECT_EQ(item->isChecked(), before) << item->text().toStdString();
+        item->trigger();
+        EXPECT_EQ((settings.*toggle.read)(), !before) << item->text().toStdString();
+        EXPECT_EQ(item->isChecked(), !before) << item->text().toStdString();
+        item->trigger();
+        EXPECT_EQ((settings.*toggle.read)(), before) << item->text().toStdString();
+        EXPECT_EQ(item->isChecked(), before) << item->text().toStdString();
+        EXPECT_TRUE(item->isEnabled());
+    }
+}
+
+TEST_F(Menu, theInformationFollowsItsTogglesAtOnce)
+{
+    settings.setShowImageResolution(false);
+    launch();
+    open(photo("a.jpg", 320, 240));
+    const Pill *pill = view()->findChild<Pill *>(u"fileInfoPill"_s);
+    ASSERT_NE(pill, nullptr);
+    EXPECT_TRUE(pill->isVisible());
+    EXPECT_EQ(pill->text(), u"2 MB"_s);
+    menu()->showCreationDateMenuItem->trigger();
+    menu()->showImageResolutionMenuItem->trigger();
+    settle();
+    EXPECT_EQ(pill->text(), u"2 MB • Unknown • 320×240"_s);
+    for (QAction *item :
+         {menu()->showFileSizeMenuItem, menu()->showCreationDateMenuItem, menu()->showImageResolutionMenuItem})
+        item->trigger();
+    EXPECT_FALSE(pill->isVisible());
+    settle();
+    EXPECT_FALSE(pill->isVisible());
+}
+
+TEST_F(Menu, theFileTagFollowsItsToggleAtOnce)
+{
+    labels.stated = {.number = 3, .colour = {}};
+    launch();
+    open(photo("a.jpg"));
+    const TagCircle *circle = view()->findChild<TagCircle *>();
+    ASSERT_NE(circle, nullptr);
+    EXPECT_FALSE(circle->isVisible());
+    menu()->showFileTagMenuItem->trigger();
+    settle();
+    EXPECT_TRUE(circle->isVisible());
+    menu()->showFileTagMenuItem->trigger();
+    EXPECT_FALSE(circle->isVisible());
+}
+
+TEST_F(Menu, inTheCornerShowsTheNameThere)
+{
+    launch();
+    open(photo("a.jpg"));
+    const Pill *pill = view()->findChild<Pill *>(u"fileNamePill"_s);
+    ASSERT_NE(pill, nullptr);
+    EXPECT_FALSE(pill->isVisible());
+    menu()->fileNameInCornerMenuItem->trigger();
+    EXPECT_TRUE(pill->isVisible());
+    EXPECT_EQ(pill->text(), u"a.jpg"_s);
+    EXPECT_EQ(window()->windowTitle(), u"Tallowmere"_s);
+    menu()->fileNameOffMenuItem->trigger();
+    EXPECT_FALSE(pill->isVisible());
 }
 
 TEST_F(Menu, theFileNameLeavesAndEntersTheTitleAtOnce)
@@ -310,6 +395,10 @@ TEST_F(Menu, commandsWithoutAViewerDoNothing)
     delegate->resizeWindowMedium();
     delegate->resizeWindowLarge();
     delegate->setFileNameDisplayInCorner();
+    delegate->toggleShowFileSize();
+    delegate->toggleShowCreationDate();
+    delegate->toggleShowImageResolution();
+    delegate->toggleShowFileTag();
     delegate->toggleAutoResizeToImageSize();
     EXPECT_TRUE(settings.autoResizeToImageSize()); // the setting itself needs none
     delegate->resizeWindowToImage();

@@ -273,15 +273,15 @@ std::vector<std::byte> makeHalves(int width, int height, const Rgb &left, const 
     return encodeJpeg(width, height, rows, options);
 }
 
-std::vector<std::byte> makePlainPng(int width, int height, const Rgb &colour)
+namespace {
+
+std::vector<std::byte> encodePng(int width, int height, png_uint_32 format, const std::vector<std::uint8_t> &pixels)
 {
-    std::vector<std::uint8_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3);
-    paint(pixels, colour);
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
     image.width = static_cast<png_uint_32>(width);
     image.height = static_cast<png_uint_32>(height);
-    image.format = PNG_FORMAT_RGB;
+    image.format = format;
     png_alloc_size_t size = 0;
     png_image_write_to_memory(&image, nullptr, &size, 0, pixels.data(), 0, nullptr);
     std::vector<std::byte> result(size);
@@ -289,6 +289,21 @@ std::vector<std::byte> makePlainPng(int width, int height, const Rgb &colour)
         throw std::runtime_error(std::string("no PNG: ") + image.message);
     result.resize(size);
     return result;
+}
+
+} // namespace
+
+std::vector<std::byte> makePlainPng(int width, int height, const Rgb &colour)
+{
+    std::vector<std::uint8_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3);
+    paint(pixels, colour);
+    return encodePng(width, height, PNG_FORMAT_RGB, pixels);
+}
+
+std::vector<std::byte> makeClearPng(int width, int height)
+{
+    return encodePng(width, height, PNG_FORMAT_RGBA,
+                     std::vector<std::uint8_t>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4));
 }
 
 std::vector<std::byte> withPromisedSize(std::vector<std::byte> jpeg, int width, int height)

@@ -50,6 +50,9 @@ using RowSource = std::function<void(int y, std::span<std::uint8_t> row)>;
 /// One colour everywhere.
 [[nodiscard]] std::vector<std::byte> makePlainPng(int width, int height, const Rgb &colour);
 
+/// Transparent everywhere.
+[[nodiscard]] std::vector<std::byte> makeClearPng(int width, int height);
+
 /// Writes another size into a JPEG's frame header, whatever its data holds.
 [[nodiscard]] std::vector<std::byte> withPromisedSize(std::vector<std::byte> jpeg, int width, int height);
 

@@ -47,6 +47,19 @@ TEST_F(ImageLoading, aLargeJpegLoadsAtFourThousandPoints)
     EXPECT_EQ(image->pixelSize(), (PixelSize{4000, 3000}));
 }
 
+TEST_F(ImageLoading, tellsHowFarTheDecodeHasCome)
+{
+    const FileURL file = m_folder.write("a.png", test::pngOf(80, 640, kRed));
+    Delivered delivered;
+    const auto progress = m_loader->loadImage(file, kMaxSize, delivered.completion());
+    ASSERT_NE(progress, nullptr);
+    EXPECT_EQ(progress->fraction(), std::nullopt) << "not yet begun";
+    m_launcher.runAll();
+    EXPECT_EQ(progress->fraction(), 1.0);
+    m_main.runAll();
+    EXPECT_EQ(m_loader->loadImage(file, kMaxSize, delivered.completion()), nullptr) << "cached";
+}
+
 TEST_F(ImageLoading, aSmallPngLoadsAtItsOwnSize)
 {
     const auto image = loaded(m_folder.write("small.png", test::pngOf(800, 600, kRed)));

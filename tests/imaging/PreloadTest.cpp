@@ -56,6 +56,17 @@ TEST_F(Preload, aRunningOneIsTakenOver)
     EXPECT_TRUE(m_cache->imageCache.contains(file));
 }
 
+TEST_F(Preload, tellsWhoTakesItOverHowFarItHasCome)
+{
+    const FileURL file = m_folder.write("tall.png", test::pngOf(8, 640, {200, 100, 50, 255}));
+    m_loader->preload(file, kMaxSize);
+    m_launcher.runAll();
+    Delivered delivered;
+    const auto progress = m_loader->loadImage(file, kMaxSize, delivered.completion());
+    ASSERT_NE(progress, nullptr);
+    EXPECT_EQ(progress->fraction(), 1.0);
+}
+
 TEST_F(Preload, isTakenOverOnce)
 {
     const FileURL file = picture("a.png");

@@ -19,7 +19,7 @@ ImagePtr describedImage(PixelSize size)
 {
     DecodedImage decoded;
     decoded.pixels = PixelBuffer::allocate(size);
-    decoded.colour.gamma = GammaAndPrimaries{};
+    decoded.colour.gamma = GammaAndPrimaries{.gamma = 0.7, .xy = {}};
     return std::make_shared<const Image>(std::move(decoded));
 }
 
@@ -28,6 +28,19 @@ ImagePtr plainImage(PixelSize size)
     DecodedImage decoded;
     decoded.pixels = PixelBuffer::allocate(size);
     return std::make_shared<const Image>(std::move(decoded));
+}
+
+TEST(DisplayCopies, anImageDescribedAsWhatTheScreenShowsStandsForItsOwnCopy)
+{
+    DecodedImage decoded;
+    decoded.pixels = PixelBuffer::allocate({40, 20});
+    decoded.colour.cicp = Cicp{1, 13, 0, true}; // sRGB
+    const auto image = std::make_shared<const Image>(std::move(decoded));
+    DisplayCopies copies;
+    const DisplayBitmap found = copies.find(image, {40, 20});
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found.pixels->row(0), image->decoded().pixels.row(0));
+    EXPECT_FALSE(copies.find(image, {20, 10}));
 }
 
 TEST(DisplayCopies, makesACopyOnceAndFindsItAgain)

@@ -87,5 +87,38 @@ TEST(ImagePlacement, staysInTheViewAndInShapeWhateverTheSizes)
     }
 }
 
+TEST(ImagePlacement, enlargesASmallImageWhereItIsAskedTo)
+{
+    const auto placement = ImagePlacement::of({100, 50}, {600, 400}, 1.0, ImageScaling::proportionallyUpOrDown);
+    EXPECT_EQ(placement.deviceSize, QSize(600, 300));
+    EXPECT_EQ(placement.deviceOrigin, QPoint(0, 50));
+    EXPECT_EQ(placement.copySize, (PixelSize{100, 50}));
+}
+
+TEST(ImagePlacement, isScaledAboutTheMiddleOfTheViewAndShiftedInDevicePixels)
+{
+    const auto placement = ImagePlacement::of({100, 50}, {600, 400}, 2.0);
+    const auto transform = ImageTransform::of(3.0, {10, 20}); // y upwards
+    EXPECT_EQ(placement.transformed(transform, {600, 400}, 2.0), QRectF(600 - 300 + 60, 400 - 150 - 120, 600, 300));
+}
+
+TEST(ImagePlacement, liesOnWholePixelsWhenItIsReduced)
+{
+    const auto placement = ImagePlacement::of({1000, 700}, {501, 333}, 1.5);
+    const auto reduced = placement.reduced(ImageTransform::of(1 / 1.5, {3.3, 0}), {501, 333}, 1.5);
+    EXPECT_NEAR(reduced.deviceSize.width(), placement.deviceSize.width() / 1.5, 0.5);
+    EXPECT_NEAR(reduced.deviceSize.height(), placement.deviceSize.height() / 1.5, 0.5);
+    EXPECT_EQ(reduced.copySize.width, static_cast<std::uint32_t>(reduced.deviceSize.width()));
+    EXPECT_EQ(placement.reduced({}, {501, 333}, 1.5), placement);
+}
+
+TEST(ImagePlacement, isNeverReducedToNothing)
+{
+    const auto placement = ImagePlacement::of({4000, 1}, {600, 400}, 1.0);
+    const auto reduced = placement.reduced(ImageTransform::of(0.25, {}), {600, 400}, 1.0);
+    EXPECT_EQ(reduced.deviceSize, QSize(150, 1));
+    EXPECT_EQ(reduced.copySize, (PixelSize{150, 1}));
+}
+
 } // namespace
 } // namespace tallowmere

@@ -21,6 +21,7 @@ protected:
     Painting()
     {
         view.resize(200, 100);
+        view.setImageScaling(ImageScaling::proportionallyDown);
         view.setBackgroundColor(QColor(kBackground));
         preparation->setTarget({{200, 100}, 1.0, std::nullopt, {}});
     }

@@ -11,6 +11,7 @@
 #include "settings/SettingsManager.h"
 #include "tests/doubles/MemoryDefaultsStore.h"
 #include "tests/doubles/RecordingScope.h"
+#include "tests/doubles/StatedFileFacts.h"
 #include "tests/doubles/SteppedQueues.h"
 #include "tests/doubles/TestFolder.h"
 #include "viewer/DraggableImageView.h"
@@ -103,6 +104,8 @@ protected:
     std::shared_ptr<ImageLoader> loader;
     PendingFolderAccess folderAccess;
     RecordingRevealer revealer;
+    StatedLabel labels;
+    StatedAttributes attributes;
     RecordingShell shell;
     std::unique_ptr<QMainWindow> window;
     std::unique_ptr<ViewController> controller;

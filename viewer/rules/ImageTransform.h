@@ -28,6 +28,8 @@ struct ImageTransform
     [[nodiscard]] QRectF mapped(const QRectF &rect, QPointF viewCentre) const;
     /// The point of the untransformed view that is seen at @p point.
     [[nodiscard]] QPointF unmapped(QPointF point, QPointF viewCentre) const;
+
+    friend bool operator==(const ImageTransform &, const ImageTransform &) = default;
 };
 
 } // namespace tallowmere

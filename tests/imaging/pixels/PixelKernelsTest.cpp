@@ -89,5 +89,26 @@ TEST_F(EveryProcessor, getsTheSamePixels)
     }
 }
 
+TEST_F(EveryProcessor, picksTheColumnsNamedAtAnySpacing)
+{
+    constexpr std::uint32_t kWidth = 50;
+    std::vector<std::uint32_t> row(kWidth);
+    for (std::uint32_t x = 0; x < kWidth; ++x)
+        row[x] = 1000 + x;
+    for (const std::int64_t target : targets()) {
+        pretend(target);
+        for (const double spacing : {0.1, 0.3, 0.9, 1.0, 1.1, 2.5, 9.0}) {
+            std::vector<std::uint32_t> columns;
+            for (double x = 0; x < kWidth; x += spacing)
+                columns.push_back(static_cast<std::uint32_t>(x));
+            std::vector<std::uint32_t> picked(columns.size() + 1, 7);
+            pickPixels(row.data(), kWidth, columns.data(), columns.size(), picked.data());
+            for (std::size_t i = 0; i < columns.size(); ++i)
+                ASSERT_EQ(picked[i], 1000 + columns[i]) << spacing << ", " << i;
+            ASSERT_EQ(picked.back(), 7U) << "nothing is written behind the last";
+        }
+    }
+}
+
 } // namespace
 } // namespace tallowmere

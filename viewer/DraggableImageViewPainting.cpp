@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: 2026 Tallowmere developers
+// SPDX-License-Identifier: MIT
+#include "imaging/pixels/ColourConversion.h"
+#include "imaging/pixels/NearestSampling.h"
+#include "viewer/DisplayPreparation.h"
+#include "viewer/DraggableImageView.h"
+
+#include <QPainter>
+#include <QPaintEvent>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace tallowmere {
+
+namespace {
+
+/// Above this, smooth scaling takes longer than a frame of an animation lasts (about 4 ns a pixel).
+constexpr qint64 kSmoothInTime = 2'000'000; // device pixels
+/// Sampled rows are handed to the painter while they are in the second-level cache.
+constexpr std::size_t kStripBytes = std::size_t{128} << 10;
+
+/// The whole points that @p device covers entirely, at @p scale device pixels per point.
+QRect coveredPoints(const QRect &device, double scale)
+{
+    const int left = static_cast<int>(std::ceil(device.left() / scale));
+    const int top = static_cast<int>(std::ceil(device.top() / scale));
+    const int right = static_cast<int>(std::floor((device.right() + 1) / scale));
+    const int bottom = static_cast<int>(std::floor((device.bottom() + 1) / scale));
+    return {left, top, right - left, bottom - top};
+}
+
+/// The device pixels that @p points touches.
+QRect touchedPixels(const QRect &points, double scale)
+{
+    const int left = static_cast<int>(std::floor(points.left() * scale));
+    const int top = static_cast<int>(std::floor(points.top() * scale));
+    const int right = static_cast<int>(std::ceil((points.right() + 1) * scale));
+    const int bottom = static_cast<int>(std::ceil((points.bottom() + 1) * scale));
+    return {left, top, right - left, bottom - top};
+}
+
+qint64 area(QSize size)
+{
+    return qint64{size.width()} * size.height();
+}
+
+} // namespace
+
+/// What is painted from.
+struct DraggableImageView::Source
+{
+    DisplayBitmap bitmap;
+    std::shared_ptr<const ColourConversion> conversion = {}; ///< still to be done; null when there is none
+    bool isStopgap = false;                                  ///< something better is going to replace it
+};
+
+/// The exact copy, or the next best thing.
+DraggableImageView::Source DraggableImageView::sourceFor(const ImagePlacement &placement)
+{
+    DisplayCopies &copies = m_preparation->copies();
+    if (DisplayBitmap exact = copies.find(m_image, placement.copySize))
+        return {std::move(exact)};
+    if (!m_inTransition)
+        m_requests.want(m_image, placement.copySize);
+    if (DisplayBitmap similar = copies.findSimilar(m_image, placement.copySize))
+        return {std::move(similar), {}, true};
+    return {{{m_image, &m_image->decoded().pixels}, m_image->hasAlpha()},
+            ColourConversion::toSRGB(m_image->decoded().colour),
+            true};
+}
+
+/// The decoded pixels, in the screen's colours if they are there already.
+DraggableImageView::Source DraggableImageView::sourceOfMagnified()
+{
+    if (DisplayBitmap converted = m_preparation->copies().find(m_image, m_image->pixelSize()))
+        return {std::move(converted)};
+    if (!m_inTransition)
+        m_requests.want(m_image, m_image->pixelSize());
+    return {{{m_image, &m_image->decoded().pixels}, m_image->hasAlpha()},
+            ColourConversion::toSRGB(m_image->decoded().colour),
+            true};
+}
+
+void DraggableImageView::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    ImagePlacement fitted;
+    if (m_image && m_image->hasBitmap())
+        fitted = ImagePlacement::of(m_image->pixelSize(), size(), devicePixelRatioF(), m_scaling);
+    if (fitted.deviceSize.isEmpty())
+        fillBackground(painter, event->region());
+    else if (m_transform.sampling == ImageTransform::Sampling::nearest)
+        paintMagnified(painter, event->region(), fitted);
+    else
+        paintReduced(painter, event->region(), fitted.reduced(m_transform, size(), devicePixelRatioF()));
+    painter.end();
+    if (m_image && !std::exchange(m_hasPaintedImage, true))
+        Q_EMIT imagePainted();
+}
+
+void DraggableImageView::fillBackground(QPainter &painter, const QRegion &region) const
+{
+    if (!m_backgroundShown)
+        return;
+    for (const QRect &rect : region)
+        painter.fillRect(rect, m_backgroundColor);
+}
+
+void DraggableImageView::paintReduced(QPainter &painter, const QRegion &region, const ImagePlacement &placement)
+{
+    const double scale = devicePixelRatioF();
+    const QRect target(placement.deviceOrigin, placement.deviceSize);
+    const Source source = sourceFor(placement);
+    if (!source.isStopgap && !m_inTransition)
+        m_rest.start();
+    fillBackground(painter, source.bitmap.hasAlpha ? region : region - coveredPoints(target, scale));
+    // In device pixels: a copy of the right size is then moved, not scaled.
+    painter.scale(1 / scale, 1 / scale);
+    const QImage pixels = source.bitmap.view();
+    if (pixels.size() == target.size() && !source.conversion)
+        return painter.drawImage(target.topLeft(), pixels);
+    const bool isBrief = source.isStopgap || m_inTransition;
+    if (source.conversion || (isBrief && area(target.size()) > kSmoothInTime))
+        return paintSampled(painter, region, target, source);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(target, pixels);
+}
+
+void DraggableImageView::paintMagnified(QPainter &painter, const QRegion &region, const ImagePlacement &fitted)
+{
+    const double scale = devicePixelRatioF();
+    const Source source = sourceOfMagnified();
+    const QRectF target = fitted.transformed(m_transform, size(), scale);
+    const QRegion covered =
+        source.bitmap.hasAlpha ? QRegion() : coveredPoints(target.toAlignedRect().adjusted(1, 1, -1, -1), scale);
+    fillBackground(painter, region - covered);
+    painter.scale(1 / scale, 1 / scale);
+    paintSampled(painter, region, target, source);
+}
+
+/// @p region in points, @p target in device pixels, as is what the painter paints in. No pixel outside the region is
+/// computed.
+void DraggableImageView::paintSampled(QPainter &painter, const QRegion &region, const QRectF &target,
+                                      const Source &source)
+{
+    const LaidSide horizontal{target.x(), target.width()};
+    const LaidSide vertical{target.y(), target.height()};
+    const QRect covered(
+        QPoint(static_cast<int>(horizontal.firstCovered()), static_cast<int>(vertical.firstCovered())),
+        QPoint(static_cast<int>(horizontal.endCovered()) - 1, static_cast<int>(vertical.endCovered()) - 1));
+    const QImage::Format format = source.bitmap.hasAlpha ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
+    for (const QRect &points : region) {
+        const QRect wanted = touchedPixels(points, devicePixelRatioF()) & covered;
+        if (wanted.isEmpty())
+            continue;
+        NearestSampling sampling(*source.bitmap.pixels, source.bitmap.hasAlpha, source.conversion, horizontal, vertical,
+                                 wanted.left(), wanted.right() + 1);
+        const int rowsAtOnce = std::max(static_cast<int>(kStripBytes / sampling.rowBytes()), 1);
+        m_strip.resize(sampling.rowBytes() * static_cast<std::size_t>(rowsAtOnce));
+        for (int top = wanted.top(); top <= wanted.bottom(); top += rowsAtOnce) {
+            const int bottom = std::min(top + rowsAtOnce, wanted.bottom() + 1);
+            sampling.rows(top, bottom, m_strip.data());
+            painter.drawImage(wanted.left(), top,
+                              QImage(reinterpret_cast<const uchar *>(m_strip.data()), wanted.width(), bottom - top,
+                                     static_cast<qsizetype>(sampling.rowBytes()), format));
+        }
+    }
+}
+
+} // namespace tallowmere
