@@ -17,6 +17,8 @@
 #include <QMenuBar>
 #include <QWindow>
 
+#include <utility>
+
 namespace tallowmere {
 
 using namespace Qt::Literals::StringLiterals;
@@ -87,7 +89,10 @@ bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows)
 
 void AppDelegate::handle(const ApplicationRequest &request)
 {
-    if (m_window && m_window->windowHandle())
+    // A file that is refused changes nothing: its token must not bring the window forward either.
+    const bool refused = request.kind == ApplicationRequest::Kind::openFile &&
+                         (request.files.isEmpty() || !accepts(request.files.first()));
+    if (!refused && m_window && m_window->windowHandle())
         useActivationToken(*m_window->windowHandle(), request.activationToken);
     switch (request.kind) {
     case ApplicationRequest::Kind::reopen:
@@ -165,7 +170,10 @@ void AppDelegate::refreshAppearance()
         return;
     m_window->setPalette(QApplication::palette());
     m_window->update();
-    m_viewController->applyBackgroundColor(m_viewController->windowBackgroundColor());
+    // Other roles of the palette change, too; an average colour behind an image then stays.
+    const QColor color = m_viewController->windowBackgroundColor();
+    if (std::exchange(m_appliedWindowColor, color) != color)
+        m_viewController->applyBackgroundColor(color);
 }
 
 bool AppDelegate::accepts(const FileURL &file) const

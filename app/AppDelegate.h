@@ -7,6 +7,7 @@
 #include "support/FileURL.h"
 #include "viewer/Shell.h"
 
+#include <QColor>
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -120,6 +121,7 @@ private:
     std::unique_ptr<ViewController> m_viewController;
     std::unique_ptr<MainMenu> m_menu;
     std::unique_ptr<AppearanceObservation> m_appearanceObservation;
+    QColor m_appliedWindowColor; ///< by refreshAppearance()
 };
 
 } // namespace tallowmere

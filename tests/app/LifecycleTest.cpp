@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
 #include "tests/app/ApplicationFixture.h"
+#include "tests/doubles/ScopedEnvironment.h"
 
 #include <QApplication>
 #include <QMenuBar>
@@ -212,6 +213,31 @@ TEST_F(Lifecycle, aChangeOfThePaletteReachesWindowAndViewer)
     settle();
     EXPECT_EQ(window()->palette().color(QPalette::Window), dark);
     EXPECT_EQ(background(), dark);
+}
+
+TEST_F(Lifecycle, theDesktopsLeaveToComeForwardIsNotSpentOnARefusedFile)
+{
+    launch();
+    const ScopedEnvironment noToken("XDG_ACTIVATION_TOKEN", std::nullopt);
+    delegate->handle({ApplicationRequest::Kind::openFile, {folder.write("notes.txt")}, "token"});
+    EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+    delegate->handle({ApplicationRequest::Kind::openFile, {photo("a.jpg")}, "token"});
+    EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "token");
+}
+
+TEST_F(Lifecycle, aPaletteOfTheSameWindowColourLeavesTheBackgroundAlone)
+{
+    launch();
+    const QColor average(1, 2, 3);
+    delegate->viewController()->applyBackgroundColor(average);
+    QPalette accented = QApplication::palette();
+    const QPalette before = accented;
+    accented.setColor(QPalette::Highlight, QColor(200, 30, 100));
+    QApplication::setPalette(accented);
+    QCoreApplication::processEvents();
+    settle();
+    EXPECT_EQ(background(), average);
+    QApplication::setPalette(before);
 }
 
 TEST_F(Lifecycle, theRefreshAfterAChangeOfThePaletteIsPosted)

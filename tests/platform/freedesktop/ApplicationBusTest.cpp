@@ -207,6 +207,8 @@ protected:
 
     ApplicationRequest onlyRequest()
     {
+        // Quitting is answered before it is asked of the program.
+        EXPECT_TRUE(eventually([&] { return !m_instance.requests().empty(); }));
         const auto requests = m_instance.requests();
         EXPECT_EQ(requests.size(), 1U);
         return requests.empty() ? ApplicationRequest{} : requests.front();
