@@ -18,8 +18,8 @@ struct BaseDirectories
     QList<QByteArray> configDirs; ///< the system's, most important first
     QList<QByteArray> dataDirs;
 
-    /// Reads the environment at each call. Relative paths in it are ignored, as the specification demands. Main
-    /// thread: the environment has no lock.
+    /// Reads the environment at each call. Relative paths in it are ignored, as the XDG Base Directory standard
+    /// demands. Main thread: the environment has no lock.
     [[nodiscard]] static BaseDirectories fromEnvironment();
 };
 
