@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
 #include "imaging/FileContents.h"
+
 #include "tests/doubles/OrdinaryUser.h"
 #include "tests/doubles/TestFolder.h"
 

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
 #include "imaging/ImageLoader.h"
+
 #include "tests/imaging/Pipeline.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
 #include "settings/IniDefaultsStore.h"
+
 #include "tests/doubles/OrdinaryUser.h"
 #include "tests/doubles/ScopedEnvironment.h"
 #include "tests/doubles/TestFolder.h"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
 #include "settings/SettingsManager.h"
+
 #include "tests/doubles/MemoryDefaultsStore.h"
 
 #include <gmock/gmock.h>

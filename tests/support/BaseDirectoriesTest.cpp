@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
 #include "support/BaseDirectories.h"
+
 #include "tests/doubles/ScopedEnvironment.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
 #include "support/Diagnostics.h"
+
 #include "tests/doubles/CapturedOutput.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
 #include "support/ThreadQueues.h"
+
 #include "tests/doubles/Waiting.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
 #include "platform/freedesktop/XdgTagLabel.h"
+
 #include "tests/doubles/TestFolder.h"
 
 #include <gtest/gtest.h>
