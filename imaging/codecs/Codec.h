@@ -62,6 +62,9 @@ public:
     [[nodiscard]] virtual std::byte *nextRow() = 0;
     /// The row is written. False: stop.
     [[nodiscard]] virtual bool rowDone() = 0;
+    /// After begin(): where all rows stay, one after the other, when they are neither shrunk nor turned on the way;
+    /// else null. A codec may write a row there before its turn has come; it calls nextRow() and rowDone() all the same.
+    [[nodiscard]] virtual std::byte *allRows() { return nullptr; }
     /// Why begin() or rowDone() said no.
     [[nodiscard]] virtual DecodeFailure failure() const = 0;
 };

@@ -193,6 +193,12 @@ bool ImageAssembler::rowDone()
     return true;
 }
 
+std::byte *ImageAssembler::allRows()
+{
+    const bool straight = !m_state->shrinks() && m_state->layout.orientation == Orientation::upright;
+    return straight ? m_state->pixels.row(0) : nullptr;
+}
+
 DecodeFailure ImageAssembler::failure() const
 {
     return m_state->failure;

@@ -23,6 +23,7 @@ public:
     [[nodiscard]] bool begin(const RowLayout &layout) override;
     [[nodiscard]] std::byte *nextRow() override;
     [[nodiscard]] bool rowDone() override;
+    [[nodiscard]] std::byte *allRows() override;
     [[nodiscard]] DecodeFailure failure() const override;
 
     /// The picture, once the codec has returned; rows that never came are left blank. Nothing when no row came.

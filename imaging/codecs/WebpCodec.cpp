@@ -39,6 +39,11 @@ struct Plan
     bool shrinks = false;
 };
 
+std::size_t frameRowBytes(const Plan &plan)
+{
+    return std::size_t{plan.output.width} * PixelBuffer::kBytesPerPixel;
+}
+
 std::optional<DecodeFailure> exceeds(const WebpContainer &container, const DecodeLimits &limits)
 {
     const PixelSize canvas = container.canvas;
@@ -71,7 +76,8 @@ std::optional<Plan> planFor(const WebpContainer &container, const DecodeLimits &
 class CanvasRows final
 {
 public:
-    CanvasRows(const WebpContainer &container, const Plan &plan, const PixelBuffer &frame, RowSink &sink)
+    /// @p frame: the rows of the frame, one after the other.
+    CanvasRows(const WebpContainer &container, const Plan &plan, const std::byte *frame, RowSink &sink)
         : m_container(container), m_plan(plan), m_frame(frame), m_sink(sink)
     {}
 
@@ -101,10 +107,13 @@ private:
             return;
         }
         const std::size_t before = std::size_t{m_container.frameX} * PixelBuffer::kBytesPerPixel;
-        const std::size_t after = rowBytes - before - m_frame.rowBytes();
-        std::memset(row, 0, before);
-        std::memcpy(row + before, m_frame.row(y - m_container.frameY), m_frame.rowBytes());
-        std::memset(row + before + m_frame.rowBytes(), 0, after);
+        const std::size_t frameBytes = frameRowBytes(m_plan);
+        const std::byte *frameRow = m_frame + frameBytes * (y - m_container.frameY);
+        if (frameRow != row) {
+            std::memset(row, 0, before);
+            std::memcpy(row + before, frameRow, frameBytes);
+            std::memset(row + before + frameBytes, 0, rowBytes - before - frameBytes);
+        }
         if (m_container.lossless && !m_container.frameHasAlpha)
             makeOpaque(row + before, m_plan.output.width);
     }
@@ -118,12 +127,12 @@ private:
 
     const WebpContainer &m_container;
     const Plan &m_plan;
-    const PixelBuffer &m_frame;
+    const std::byte *const m_frame;
     RowSink &m_sink;
     std::uint32_t m_next = 0;
 };
 
-void configure(WebPDecoderConfig &config, const Plan &plan, PixelBuffer &frame)
+void configure(WebPDecoderConfig &config, const Plan &plan, std::byte *frame)
 {
     WebPInitDecoderConfig(&config);
     config.options.use_threads = 1;
@@ -132,9 +141,9 @@ void configure(WebPDecoderConfig &config, const Plan &plan, PixelBuffer &frame)
     config.options.scaled_height = static_cast<int>(plan.output.height);
     config.output.colorspace = MODE_BGRA;
     config.output.is_external_memory = 1;
-    config.output.u.RGBA.rgba = reinterpret_cast<std::uint8_t *>(frame.row(0));
-    config.output.u.RGBA.stride = static_cast<int>(frame.rowBytes());
-    config.output.u.RGBA.size = frame.bytes();
+    config.output.u.RGBA.rgba = reinterpret_cast<std::uint8_t *>(frame);
+    config.output.u.RGBA.stride = static_cast<int>(frameRowBytes(plan));
+    config.output.u.RGBA.size = frameRowBytes(plan) * plan.output.height;
 }
 
 /// Feeds the bitstream step by step. A damaged or truncated one ends early with the rows there are.
@@ -188,16 +197,22 @@ std::optional<DecodeFailure> WebpCodec::decode(std::span<const std::byte> file, 
     if (!plan)
         return DecodeFailure::tooLarge;
 
-    PixelBuffer frame = PixelBuffer::allocate(plan->output);
-    if (frame.isNull())
-        return DecodeFailure::outOfMemory;
+    if (!sink.begin({plan->rows, container->canvas, container->orientation, container->hasAlpha, container->colour}))
+        return sink.failure();
+    // A second bitmap costs a quarter of the whole decode: its pages' first touch and the copying.
+    std::byte *frame = plan->output == plan->rows ? sink.allRows() : nullptr;
+    PixelBuffer between;
+    if (!frame) {
+        between = PixelBuffer::allocate(plan->output);
+        if (between.isNull())
+            return DecodeFailure::outOfMemory;
+        frame = between.row(0);
+    }
     WebPDecoderConfig config;
     configure(config, *plan, frame);
     const Incremental decoder(WebPIDecode(nullptr, 0, &config));
     if (!decoder)
         return DecodeFailure::outOfMemory;
-    if (!sink.begin({plan->rows, container->canvas, container->orientation, container->hasAlpha, container->colour}))
-        return sink.failure();
     CanvasRows rows(*container, *plan, frame, sink);
     return feed(decoder.get(), container->bitstream, limits, rows);
 }
