@@ -109,8 +109,8 @@ private:
     BusPtr m_bus; // last: closing it runs no callback, but nothing it could call may be gone
 };
 
-ApplicationBus::ApplicationBus(Options options, Handler handler)
-    : m_options(std::move(options)), m_handler(std::move(handler)), m_wakeFd(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+ApplicationBus::ApplicationBus(Options options, Handler handler, std::function<void()> lost)
+    : m_options(std::move(options)), m_handler(std::move(handler)), m_lost(std::move(lost)), m_wakeFd(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {}
 
 ApplicationBus::~ApplicationBus()
@@ -179,6 +179,8 @@ void ApplicationBus::run(const ApplicationStart &start)
         if (session.name() == Session::Name::ours) {
             settle(Role::owner);
             serve(never, [] { return false; });
+            if (m_lost && !stopping())
+                m_lost();
             return;
         }
         {

@@ -42,7 +42,8 @@ public:
     /// Runs on the bus's thread, in the order in which the requests came; must not block.
     using Handler = std::function<void(ApplicationRequest)>;
 
-    ApplicationBus(Options options, Handler handler);
+    /// @p lost runs on the bus's thread, at most once, when the bus ends while the name is ours; may be empty.
+    ApplicationBus(Options options, Handler handler, std::function<void()> lost = {});
     /// Gives the name back.
     ~ApplicationBus();
     ApplicationBus(const ApplicationBus &) = delete;
@@ -60,6 +61,7 @@ private:
 
     const Options m_options;
     const Handler m_handler;
+    const std::function<void()> m_lost;
     const int m_wakeFd;
     std::mutex m_mutex;
     std::condition_variable m_settled;

@@ -10,6 +10,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include <atomic>
 #include <mutex>
 
 namespace tallowmere {
@@ -188,6 +189,28 @@ TEST(ApplicationBus, aBusThatWakesUpLateStillMakesUsTheInstance)
     ASSERT_TRUE(eventually([&] { return !caller.ownerOf(kName).isEmpty(); }));
     EXPECT_EQ(caller.activate(), "");
     EXPECT_TRUE(eventually([&] { return slow.requests().size() == 1; }));
+}
+
+TEST(ApplicationBus, theLossOfTheBusIsToldOnceAndLeavingIsNoLoss)
+{
+    std::atomic<int> losses{0};
+    const auto count = [&] { ++losses; };
+    const auto ignore = [](ApplicationRequest) {};
+    PrivateBus bus;
+    {
+        ApplicationBus leaving({bus.address(), 30s, 30s}, ignore, count);
+        ASSERT_EQ(leaving.start({}), Role::owner);
+    }
+    EXPECT_EQ(losses, 0);
+    BusCaller caller(bus.address());
+    ASSERT_TRUE(eventually([&] { return caller.ownerOf(kName).isEmpty(); }));
+    {
+        ApplicationBus losing({bus.address(), 30s, 30s}, ignore, count);
+        ASSERT_EQ(losing.start({}), Role::owner);
+        bus.end();
+        EXPECT_TRUE(eventually([&] { return losses == 1; }));
+    }
+    EXPECT_EQ(losses, 1);
 }
 
 TEST(ApplicationBus, theEndOfTheBusEndsNothingElse)
