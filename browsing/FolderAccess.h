@@ -8,12 +8,13 @@
 
 namespace tallowmere {
 
-/// Asks the user to let the program into a folder that it could not list. Main thread.
+/// Asks for leave to list a folder that could not be listed. Main thread.
 class FolderAccess
 {
 public:
     virtual ~FolderAccess() = default;
-    /// @p done runs once, on the main thread, perhaps before this returns.
+    /// @p done runs once, later and on the main thread, never before this returns. True: the folder is worth another
+    /// try.
     virtual void requestAccess(const FileURL &folder, std::function<void(bool granted)> done) = 0;
 };
 
