@@ -17,12 +17,18 @@ public:
     explicit Image(DecodedImage decoded)
         : m_decoded(std::move(decoded)), m_size(m_decoded.pixels.size().width, m_decoded.pixels.size().height)
     {}
+    /// A preview of a picture of @p fullSize: it stands in for that one, with fewer pixels, until it has been decoded.
+    Image(DecodedImage decoded, PixelSize fullSize)
+        : m_decoded(std::move(decoded)), m_fullSize(fullSize), m_size(fullSize.width, fullSize.height)
+    {}
     /// A picture that has a size but no bitmap.
     explicit Image(QSizeF size) : m_size(size) {}
 
     [[nodiscard]] QSizeF size() const { return m_size; }
     [[nodiscard]] bool hasBitmap() const { return !m_decoded.pixels.isNull(); }
-    [[nodiscard]] PixelSize pixelSize() const { return m_decoded.pixels.size(); }
+    [[nodiscard]] bool isPreview() const { return !m_fullSize.empty(); }
+    /// Of the bitmap; of a preview, the one that the whole picture will have.
+    [[nodiscard]] PixelSize pixelSize() const { return isPreview() ? m_fullSize : m_decoded.pixels.size(); }
     [[nodiscard]] bool hasAlpha() const { return m_decoded.hasAlpha; }
     [[nodiscard]] const DecodedImage &decoded() const { return m_decoded; }
     /// What freeing it gives back.
@@ -30,6 +36,7 @@ public:
 
 private:
     DecodedImage m_decoded;
+    PixelSize m_fullSize; ///< empty unless this is a preview
     QSizeF m_size;
 };
 

@@ -103,15 +103,18 @@ void ImageCacheManager::prefetch(const FileURL &file)
     const auto loader = m_loader.lock();
     if (!loader)
         return;
+    loader->letUrgentPass();
     const ImagePtr image = readAndDecode(file, *loader);
     if (!image)
         return;
+    loader->letUrgentPass();
     if (m_prepare)
         m_prepare(image);
     m_with.mainQueue.async([weak = weak_from_this(), file, image] {
         if (const auto self = weak.lock())
             self->insertImage(file, image);
     });
+    loader->letUrgentPass();
     const auto colour = loader->calculateAverageColor(*image);
     if (!colour)
         return;

@@ -18,12 +18,16 @@ namespace tallowmere {
 namespace {
 
 constexpr const char *kLabel = "com.tallowmere.imageLoading";
+/// Below this, the whole decode takes about as long as a preview gains.
+constexpr std::uint64_t kPixelsWorthAPreview = 4'000'000;
 
 /// Brings a result home: into the cache, then to whoever asked.
-Job delivery(std::weak_ptr<ImageCacheManager> cache, FileURL file, ImagePtr image, ImageLoader::Completion completion)
+/// Both completions, and what they hold, die there, too.
+Job delivery(std::weak_ptr<ImageCacheManager> cache, FileURL file, ImagePtr image, ImageLoader::Completion completion,
+             ImageLoader::Completion preview)
 {
     return [cache = std::move(cache), file = std::move(file), image = std::move(image),
-            completion = std::move(completion)] {
+            completion = std::move(completion), preview = std::move(preview)] {
         if (const auto manager = cache.lock(); manager && image)
             manager->insertImage(file, image);
         completion(image);
@@ -46,8 +50,10 @@ struct ImageLoader::Preload
     std::mutex mutex; ///< guards the rest
     bool takenOver = false;
     bool finished = false;
-    ImagePtr image;        ///< once finished and not taken over
-    Completion completion; ///< once taken over
+    ImagePtr preview;             ///< once there is one and nobody has taken over
+    ImagePtr image;               ///< once finished and not taken over
+    Completion completion;        ///< once taken over, as the next
+    Completion previewCompletion; ///< may be empty
 };
 
 ImageLoader::ImageLoader(Surroundings surroundings) : m_with(std::move(surroundings)) {}
@@ -68,31 +74,49 @@ void ImageLoader::setPreparation(std::function<void(const ImagePtr &)> prepare)
     m_prepare = std::move(prepare);
 }
 
-std::shared_ptr<const DecodeProgress> ImageLoader::loadImage(const FileURL &file, int maxSize, Completion completion)
+void ImageLoader::setPreviewSize(PreviewSize sizeOnScreen)
+{
+    const std::lock_guard lock(m_mutex);
+    m_previewSize = std::move(sizeOnScreen);
+}
+
+std::shared_ptr<const DecodeProgress> ImageLoader::loadImage(const FileURL &file, int maxSize, Completion completion,
+                                                             Completion preview)
 {
     if (const ImagePtr cached = m_with.cache->imageCache.find(file)) {
         completion(cached);
         return nullptr;
     }
-    if (auto begun = takeOverPreload(file, maxSize, completion))
+    if (auto begun = takeOverPreload(file, maxSize, completion, preview))
         return begun;
 
     auto progress = std::make_shared<DecodeProgress>();
     m_with.launcher.launch(kLabel, QualityOfService::userInitiated,
                            [weak = weak_from_this(), cache = std::weak_ptr(m_with.cache), &mainQueue = m_with.mainQueue,
-                            file, maxSize, progress, completion = std::move(completion)]() mutable {
+                            file, maxSize, progress, completion = std::move(completion),
+                            preview = std::move(preview)]() mutable {
         ImagePtr image;
-        if (const auto self = weak.lock())
-            image = self->readAndDecode(file, maxSize, {}, *progress);
-        // Moved, so that the completion and what it holds die on the main thread.
-        mainQueue.async(delivery(std::move(cache), std::move(file), std::move(image), std::move(completion)));
+        if (const auto self = weak.lock()) {
+            Completion showPreview;
+            if (preview)
+                showPreview = [&](ImagePtr quick) {
+                    mainQueue.async([preview, quick = std::move(quick)] { preview(quick); });
+                };
+            image = self->readAndDecode(file, maxSize, {}, *progress, showPreview);
+        }
+        mainQueue.async(
+            delivery(std::move(cache), std::move(file), std::move(image), std::move(completion), std::move(preview)));
     });
     return progress;
 }
 
 ImagePtr ImageLoader::decodeImage(std::span<const std::byte> file, int maxPixelSize) const
 {
-    return decode(file, maxPixelSize, {}, nullptr);
+    const auto wait = [this] {
+        letUrgentPass();
+        return false;
+    };
+    return decode(file, maxPixelSize, wait, nullptr);
 }
 
 ImagePtr ImageLoader::decode(std::span<const std::byte> file, int maxPixelSize, const Cancelled &cancelled,
@@ -109,14 +133,47 @@ ImagePtr ImageLoader::decode(std::span<const std::byte> file, int maxPixelSize, 
     return decoded ? std::make_shared<const Image>(std::move(*decoded)) : nullptr;
 }
 
-ImagePtr ImageLoader::readAndDecode(const FileURL &file, int maxSize, const Cancelled &cancelled,
-                                    DecodeProgress &progress) const
+/// Null when there is none to be had, or the whole picture would hardly take longer.
+ImagePtr ImageLoader::decodePreview(std::span<const std::byte> file, int maxSize, const Cancelled &cancelled) const
 {
+    PreviewSize sizeOnScreen;
+    {
+        const std::lock_guard lock(m_mutex);
+        sizeOnScreen = m_previewSize;
+    }
+    if (!sizeOnScreen || maxSize <= 0)
+        return nullptr;
+    const auto stored = sizeOfScalable(file);
+    if (!stored || stored->pixels() < kPixelsWorthAPreview)
+        return nullptr;
+    const PixelSize full = stored->fittedTo(static_cast<std::uint32_t>(maxSize));
+    const PixelSize shown = sizeOnScreen(full);
+    DecodeLimits limits;
+    limits.cancelled = cancelled;
+    limits.maxSide = shown.longerSide();
+    // The screen may round the other side up.
+    const PixelSize fitted = stored->fittedTo(limits.maxSide);
+    if (fitted.width < shown.width || fitted.height < shown.height)
+        ++limits.maxSide;
+    if (shown.empty() || limits.maxSide > stored->longerSide() / 2)
+        return nullptr;
+    DecodeResult result = tallowmere::decodeImage(file, limits);
+    auto *decoded = std::get_if<DecodedImage>(&result);
+    return decoded ? std::make_shared<const Image>(std::move(*decoded), full) : nullptr;
+}
+
+ImagePtr ImageLoader::readAndDecode(const FileURL &file, int maxSize, const Cancelled &cancelled,
+                                    DecodeProgress &progress, const Completion &preview) const
+{
+    const DecodePriority::Urgent urgent(m_priority);
     ImagePtr image;
     {
         const ScopedAccess access(m_with.scope, file);
-        if (const auto contents = FileContents::read(file))
+        if (const auto contents = FileContents::read(file)) {
+            if (const ImagePtr quick = preview ? decodePreview(contents->bytes(), maxSize, cancelled) : nullptr)
+                preview(quick);
             image = decode(contents->bytes(), maxSize, cancelled, &progress);
+        }
     }
     if (!image)
         return nullptr;
@@ -153,12 +210,21 @@ void ImageLoader::preload(const FileURL &file, int maxSize)
         const auto cancelled = [&] { return preload->cancelled.load(std::memory_order_relaxed); };
         const auto self = weak.lock();
         ImagePtr image;
+        const auto showPreview = [&](ImagePtr quick) {
+            const std::lock_guard lock(preload->mutex);
+            if (!preload->takenOver)
+                preload->preview = std::move(quick);
+            else if (preload->previewCompletion)
+                mainQueue.async([show = preload->previewCompletion, quick = std::move(quick)] { show(quick); });
+        };
         if (self && !cancelled())
-            image = self->readAndDecode(preload->file, preload->maxSize, cancelled, preload->progress);
+            image = self->readAndDecode(preload->file, preload->maxSize, cancelled, preload->progress, showPreview);
         std::unique_lock lock(preload->mutex);
         preload->finished = true;
+        preload->preview.reset();
         if (preload->takenOver) {
-            mainQueue.async(delivery(cache, preload->file, std::move(image), std::move(preload->completion)));
+            mainQueue.async(delivery(cache, preload->file, std::move(image), std::move(preload->completion),
+                                     std::move(preload->previewCompletion)));
             return;
         }
         preload->image = image;
@@ -175,7 +241,7 @@ void ImageLoader::forget(const std::shared_ptr<Preload> &preload)
 }
 
 std::shared_ptr<const DecodeProgress> ImageLoader::takeOverPreload(const FileURL &file, int maxSize,
-                                                                   Completion &completion)
+                                                                   Completion &completion, Completion &preview)
 {
     std::shared_ptr<Preload> preload;
     {
@@ -193,9 +259,12 @@ std::shared_ptr<const DecodeProgress> ImageLoader::takeOverPreload(const FileURL
         return nullptr;
     preload->takenOver = true;
     if (preload->finished)
-        m_with.mainQueue.async(delivery(m_with.cache, file, std::move(preload->image), std::move(completion)));
+        m_with.mainQueue.async(delivery(m_with.cache, file, std::move(preload->image), std::move(completion), {}));
     else
         preload->completion = std::move(completion);
+    if (preload->preview && preview)
+        m_with.mainQueue.async([show = preview, quick = std::move(preload->preview)] { show(quick); });
+    preload->previewCompletion = std::move(preview);
     return {preload, &preload->progress};
 }
 

@@ -63,7 +63,8 @@ public:
     /// The row is written. False: stop.
     [[nodiscard]] virtual bool rowDone() = 0;
     /// After begin(): where all rows stay, one after the other, when they are neither shrunk nor turned on the way;
-    /// else null. A codec may write a row there before its turn has come; it calls nextRow() and rowDone() all the same.
+    /// else null. A codec may write a row there before its turn has come; it calls nextRow() and rowDone() all the
+    /// same.
     [[nodiscard]] virtual std::byte *allRows() { return nullptr; }
     /// Why begin() or rowDone() said no.
     [[nodiscard]] virtual DecodeFailure failure() const = 0;
@@ -78,6 +79,12 @@ public:
     [[nodiscard]] virtual bool recognises(std::span<const std::byte> head) const = 0;
     /// The size as coded, from the header alone: no pixel is decoded and little is allocated.
     [[nodiscard]] virtual std::optional<PixelSize> storedSize(std::span<const std::byte> file) const = 0;
+    /// The upright size of a picture that comes markedly faster, and in less memory, when less than half of it is asked
+    /// for; nothing for any other. From the header alone.
+    [[nodiscard]] virtual std::optional<PixelSize> sizeOfScalable(std::span<const std::byte>) const
+    {
+        return std::nullopt;
+    }
     /// Hands the first picture to @p sink. Nothing: the sink has all rows that could be had, and at least one.
     /// Whatever exceeds @p limits is refused before it is allocated.
     [[nodiscard]] virtual std::optional<DecodeFailure> decode(std::span<const std::byte> file,

@@ -28,6 +28,20 @@ DecodeResult decodeWith(const Codec &codec, std::span<const std::byte> file, con
     return std::move(*image);
 }
 
+using HeaderReading = std::optional<PixelSize> (Codec::*)(std::span<const std::byte>) const;
+
+std::optional<PixelSize> sizeFromHeader(std::span<const std::byte> file, HeaderReading reading)
+{
+    const Codec *codec = codecFor(file);
+    if (!codec)
+        return std::nullopt;
+    try {
+        return (codec->*reading)(file);
+    } catch (const std::exception &) {
+        return std::nullopt;
+    }
+}
+
 } // namespace
 
 std::span<const Codec *const> codecs()
@@ -63,16 +77,14 @@ DecodeResult decodeImage(std::span<const std::byte> file, const DecodeLimits &li
     }
 }
 
+std::optional<PixelSize> sizeOfScalable(std::span<const std::byte> file)
+{
+    return sizeFromHeader(file, &Codec::sizeOfScalable);
+}
+
 std::optional<PixelSize> storedSize(std::span<const std::byte> file)
 {
-    const Codec *codec = codecFor(file);
-    if (!codec)
-        return std::nullopt;
-    try {
-        return codec->storedSize(file);
-    } catch (const std::exception &) {
-        return std::nullopt;
-    }
+    return sizeFromHeader(file, &Codec::storedSize);
 }
 
 } // namespace tallowmere

@@ -21,6 +21,10 @@ using DecodeResult = std::variant<DecodedImage, DecodeFailure>;
 /// enlarged. A truncated file gives what there is. Any thread.
 [[nodiscard]] DecodeResult decodeImage(std::span<const std::byte> file, const DecodeLimits &limits);
 
+/// The upright size of a picture that comes markedly faster, and in less memory, when less than half of it is asked
+/// for; nothing for any other. From the header alone. Any thread.
+[[nodiscard]] std::optional<PixelSize> sizeOfScalable(std::span<const std::byte> file);
+
 /// The size as coded, before orientation and limit, from the header alone. Any thread.
 [[nodiscard]] std::optional<PixelSize> storedSize(std::span<const std::byte> file);
 

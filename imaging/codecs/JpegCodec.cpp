@@ -143,6 +143,15 @@ std::optional<PixelSize> JpegCodec::storedSize(std::span<const std::byte> file) 
     return reader.readHeader() ? std::optional(reader.size()) : std::nullopt;
 }
 
+std::optional<PixelSize> JpegCodec::sizeOfScalable(std::span<const std::byte> file) const
+{
+    JpegReader reader(file);
+    // Several scans have to be read to the last one, whatever is made of them.
+    if (!reader.readHeader() || reader.hasSeveralScans())
+        return std::nullopt;
+    return swapsSides(reader.orientation()) ? reader.size().transposed() : reader.size();
+}
+
 std::optional<DecodeFailure> JpegCodec::decode(std::span<const std::byte> file, const DecodeLimits &limits,
                                                RowSink &sink) const
 {

@@ -14,6 +14,7 @@ class JpegCodec final : public Codec
 public:
     [[nodiscard]] bool recognises(std::span<const std::byte> head) const override;
     [[nodiscard]] std::optional<PixelSize> storedSize(std::span<const std::byte> file) const override;
+    [[nodiscard]] std::optional<PixelSize> sizeOfScalable(std::span<const std::byte> file) const override;
     [[nodiscard]] std::optional<DecodeFailure> decode(std::span<const std::byte> file, const DecodeLimits &limits,
                                                       RowSink &sink) const override;
 };

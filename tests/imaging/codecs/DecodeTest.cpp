@@ -112,6 +112,17 @@ TEST(StoredSize, isBeforeOrientationAndLimit)
     EXPECT_FALSE(storedSize(bytesOf("just some text")));
 }
 
+TEST(SizeOfScalable, isUprightAndOfTheOneKindThatGainsByIt)
+{
+    EXPECT_EQ(sizeOfScalable(makeJpeg({.size = {600, 400}})), (PixelSize{600, 400}));
+    EXPECT_EQ(sizeOfScalable(makeJpeg({.size = {600, 400}, .markers = {{1, exifWithOrientation(6)}}})),
+              (PixelSize{400, 600}));
+    EXPECT_FALSE(sizeOfScalable(makeJpeg({.size = {600, 400}, .progressive = true})));
+    EXPECT_FALSE(sizeOfScalable(makePng({.size = {6000, 40}})));
+    EXPECT_FALSE(sizeOfScalable(bytesOf("just some text")));
+    EXPECT_FALSE(sizeOfScalable(bytesOf("\xFF\xD8\xFF nothing of the kind")));
+}
+
 TEST(Codecs, eachKindIsRecognisedByOneAlone)
 {
     for (const Bytes &file : {makeJpeg({}), makePng({})}) {
