@@ -3,6 +3,8 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppearanceObservation.h"
+#include "app/ContentWindow.h"
+#include "app/DefaultFileAssociationManager.h"
 #include "app/MainMenu.h"
 #include "app/MainWindow.h"
 #include "browsing/FileListManager.h"
@@ -28,12 +30,19 @@ namespace {
 constexpr QSize kFirstContentSize{600, 400};
 constexpr QSize kIdleFrameSize{600, 400};
 
-bool anyWindowIsVisible()
+QWidget *anyVisibleWindow()
 {
     const QWidgetList windows = QApplication::topLevelWidgets();
-    return std::any_of(windows.begin(), windows.end(), [](const QWidget *window) {
+    const auto found = std::find_if(windows.begin(), windows.end(), [](const QWidget *window) {
         return window->isWindow() && window->isVisible() && !window->isMinimized();
     });
+    return found == windows.end() ? nullptr : *found;
+}
+
+void bringForward(QWidget *window)
+{
+    window->raise();
+    window->activateWindow();
 }
 
 } // namespace
@@ -58,6 +67,7 @@ AppDelegate::~AppDelegate()
 
 void AppDelegate::applicationDidFinishLaunching()
 {
+    m_with.fileAssociations.setDefaultsOnFirstLaunch();
     showMainWindow();
 }
 
@@ -96,10 +106,11 @@ void AppDelegate::handle(const ApplicationRequest &request)
         useActivationToken(*m_window->windowHandle(), request.activationToken);
     switch (request.kind) {
     case ApplicationRequest::Kind::reopen:
+        // What is there may be behind others, or minimised: whoever starts us again wants to see it.
         if (m_window && m_window->isVisible())
-            showMainWindow(); // it may be behind others, or minimised: whoever starts us again wants to see it
-        else
-            applicationShouldHandleReopen(anyWindowIsVisible());
+            showMainWindow();
+        else if (QWidget *other = anyVisibleWindow(); applicationShouldHandleReopen(other != nullptr) && other)
+            bringForward(other);
         break;
     case ApplicationRequest::Kind::openFile:
         if (!request.files.isEmpty())
@@ -114,6 +125,13 @@ void AppDelegate::handle(const ApplicationRequest &request)
     }
 }
 
+void AppDelegate::sessionBusLost()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    if (std::none_of(windows.begin(), windows.end(), [](const QWidget *window) { return window->isVisible(); }))
+        terminate();
+}
+
 void AppDelegate::showMainWindow()
 {
     const bool comesBack = m_window && !m_window->isVisible();
@@ -122,11 +140,11 @@ void AppDelegate::showMainWindow()
     if (m_window->isMinimized())
         m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
     m_window->show();
-    // It was emptied while hidden, when nobody knew what the window manager would draw around it.
-    if (comesBack)
+    // It was emptied while hidden, when nobody knew what the window manager would draw around it. A picture opened
+    // meanwhile keeps the size that it was given.
+    if (comesBack && m_viewController->isIdle())
         m_viewController->resizeWindow(false, kIdleFrameSize.width(), kIdleFrameSize.height());
-    m_window->raise();
-    m_window->activateWindow();
+    bringForward(m_window.get());
 }
 
 void AppDelegate::createMainWindow()
@@ -134,13 +152,17 @@ void AppDelegate::createMainWindow()
     m_window = std::make_unique<MainWindow>();
     m_window->setWindowTitle(u"Tallowmere"_s);
     m_viewController = std::make_unique<ViewController>(ViewController::Surroundings{
-        m_with.settings, m_with.loader, m_with.cache, m_with.scope, m_with.folderAccess, m_with.revealer,
+        m_with.settings, m_with.loader, m_with.cache, m_with.scope, m_with.folderAccess, m_with.revealer, m_with.trash,
         m_with.labelReader, m_with.attributesReader, m_with.mainQueue, m_with.launcher, *this});
     m_window->setCentralWidget(m_viewController->view());
     // With the window rather than after it: the menu bar's height is part of the window's first size.
     m_menu = std::make_unique<MainMenu>(*m_window->menuBar(), *this, m_with.settings);
+    m_with.mainQueue.async([menu = QPointer(m_menu.get())] {
+        if (menu)
+            menu->removeTabBarItem();
+    });
     m_window->resizeContent(kFirstContentSize);
-    m_window->centre();
+    m_viewController->centreWindow();
     connect(m_window.get(), &MainWindow::willClose, this, &AppDelegate::windowWillClose);
     connect(m_window.get(), &MainWindow::didBecomeKey, this, &AppDelegate::scheduleFirstResponder);
     connect(m_window.get(), &MainWindow::menuKeyMayCome, this, &AppDelegate::menuNeedsUpdate);
@@ -170,6 +192,10 @@ void AppDelegate::refreshAppearance()
         return;
     m_window->setPalette(QApplication::palette());
     m_window->update();
+    if (m_settingsWindow) {
+        m_settingsWindow->setPalette(QApplication::palette());
+        m_settingsWindow->update();
+    }
     // Other roles of the palette change, too; an average colour behind an image then stays.
     const QColor color = m_viewController->windowBackgroundColor();
     if (std::exchange(m_appliedWindowColor, color) != color)

@@ -11,12 +11,18 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QSize>
 
 #include <memory>
 
+class QWidget;
+
 namespace tallowmere {
 
+class AboutViewController;
 class AppearanceObservation;
+class ContentWindow;
+class DefaultFileAssociationManager;
 class FileAttributesReader;
 class FileLabelReader;
 class FileRevealer;
@@ -29,6 +35,8 @@ class MainQueue;
 class MainWindow;
 class SecurityScope;
 class SettingsManager;
+class SettingsViewController;
+class Trash;
 class ViewController;
 enum class FileNameDisplayLocation;
 
@@ -50,15 +58,18 @@ public:
         SecurityScope &scope;
         FolderAccess &folderAccess;
         FileRevealer &revealer;
+        Trash &trash;
         const FileLabelReader &labelReader;
         const FileAttributesReader &attributesReader;
         MainQueue &mainQueue;
         Launcher &launcher;
+        DefaultFileAssociationManager &fileAssociations;
     };
     explicit AppDelegate(const Surroundings &surroundings);
     ~AppDelegate() override;
 
-    /// Shows the main window with its menu. Once, before the event loop.
+    /// Registers the program with the desktop when it is launched for the first time, and shows the main window with
+    /// its menu. Once, before the event loop.
     void applicationDidFinishLaunching();
     /// One file. False, with nothing changed, when its extension is not enabled.
     bool applicationOpenFile(const FileURL &file);
@@ -68,6 +79,8 @@ public:
     bool applicationShouldHandleReopen(bool hasVisibleWindows);
     /// What came over the session bus.
     void handle(const ApplicationRequest &request);
+    /// Nobody can ask for a window any more: without one, even a minimised one, the program ends.
+    void sessionBusLost();
 
     /// The background of the windows and of the viewer follows the palette.
     void refreshAppearance();
@@ -76,6 +89,11 @@ public:
     [[nodiscard]] MainWindow *window() const { return m_window.get(); }
     [[nodiscard]] ViewController *viewController() const { return m_viewController.get(); }
     [[nodiscard]] MainMenu *menu() const { return m_menu.get(); }
+    /// These four: null until first asked for, from then on always the same.
+    [[nodiscard]] ContentWindow *settingsWindow() const { return m_settingsWindow.get(); }
+    [[nodiscard]] SettingsViewController *settingsViewController() const { return m_settingsViewController; }
+    [[nodiscard]] ContentWindow *aboutWindow() const { return m_aboutWindow.get(); }
+    [[nodiscard]] AboutViewController *aboutViewController() const { return m_aboutViewController; }
 
     // Shell
     void refreshMenuItems() override;
@@ -83,8 +101,11 @@ public:
     void hideApplication() override;
 
     // MenuCommands
+    void showAbout() override;
+    void showSettings() override;
     void openFile() override;
     void showInFinder() override;
+    void moveToTrash() override;
     void toggleShowFileSize() override;
     void toggleShowCreationDate() override;
     void toggleShowImageResolution() override;
@@ -98,18 +119,28 @@ public:
     void resizeWindowMedium() override;
     void resizeWindowLarge() override;
     void resizeWindowToImage() override; // Shell asks for the same
+    void showKeyboardShortcuts() override;
+    void showManualPage() override;
     void terminate() override;
     void menuNeedsUpdate() override;
+    bool menuUpdateItem(QAction *item) override;
 
 private:
     void showMainWindow();
     void createMainWindow();
     void windowWillClose();
     void scheduleFirstResponder();
+    [[nodiscard]] std::unique_ptr<ContentWindow> makeWindow(const QString &title, QWidget *content, QSize size);
+    void connectSettings();
+    void rebuildFileList();
+    void prefetchAroundCurrentFile();
+    void applyAutoResize(bool on);
     [[nodiscard]] bool accepts(const FileURL &file) const;
     [[nodiscard]] bool hasCurrentFile() const;
     void settingChanged();
-    void fileInfoSettingChanged();
+    void refreshFileInfo();
+    void refreshFileTag();
+    void refreshFileName();
     void setFileNameDisplay(FileNameDisplayLocation location);
     void beginFixedSize();
     void applyWindowBackground();
@@ -121,6 +152,12 @@ private:
     std::unique_ptr<ViewController> m_viewController;
     std::unique_ptr<MainMenu> m_menu;
     std::unique_ptr<AppearanceObservation> m_appearanceObservation;
+    std::unique_ptr<ContentWindow> m_settingsWindow;
+    SettingsViewController *m_settingsViewController = nullptr; ///< in its window, as the next in its
+    std::unique_ptr<ContentWindow> m_aboutWindow;
+    AboutViewController *m_aboutViewController = nullptr;
+    std::unique_ptr<ContentWindow> m_keyboardShortcutsWindow;
+    std::unique_ptr<ContentWindow> m_manualPageWindow;
     QColor m_appliedWindowColor; ///< by refreshAppearance()
 };
 

@@ -23,7 +23,12 @@ void AppDelegate::menuNeedsUpdate()
         m_menu->setHasCurrentFile(hasCurrentFile());
 }
 
-void AppDelegate::refreshSettingsControls() {} // there is no Settings window yet
+bool AppDelegate::menuUpdateItem(QAction *item)
+{
+    if (m_menu)
+        m_menu->updateItem(item, hasCurrentFile());
+    return true;
+}
 
 void AppDelegate::hideApplication()
 {
@@ -43,24 +48,26 @@ void AppDelegate::settingChanged()
 void AppDelegate::toggleShowFileSize()
 {
     m_with.settings.setShowFileSize(!m_with.settings.showFileSize());
-    fileInfoSettingChanged();
+    settingChanged();
+    refreshFileInfo();
 }
 
 void AppDelegate::toggleShowCreationDate()
 {
     m_with.settings.setShowCreationDate(!m_with.settings.showCreationDate());
-    fileInfoSettingChanged();
+    settingChanged();
+    refreshFileInfo();
 }
 
 void AppDelegate::toggleShowImageResolution()
 {
     m_with.settings.setShowImageResolution(!m_with.settings.showImageResolution());
-    fileInfoSettingChanged();
+    settingChanged();
+    refreshFileInfo();
 }
 
-void AppDelegate::fileInfoSettingChanged()
+void AppDelegate::refreshFileInfo()
 {
-    settingChanged();
     if (!m_viewController)
         return;
     m_viewController->updateOverlayVisibility();
@@ -72,6 +79,11 @@ void AppDelegate::toggleShowFileTag()
 {
     m_with.settings.setShowFileTag(!m_with.settings.showFileTag());
     settingChanged();
+    refreshFileTag();
+}
+
+void AppDelegate::refreshFileTag()
+{
     if (hasCurrentFile())
         m_viewController->updateFileTag(m_viewController->currentFile());
 }
@@ -86,6 +98,12 @@ void AppDelegate::showInFinder()
 {
     if (m_viewController)
         m_viewController->revealCurrentFileInFinder();
+}
+
+void AppDelegate::moveToTrash()
+{
+    if (m_viewController)
+        m_viewController->moveCurrentFileToTrash();
 }
 
 void AppDelegate::setFileNameDisplayInTitle()
@@ -107,6 +125,11 @@ void AppDelegate::setFileNameDisplay(FileNameDisplayLocation location)
 {
     m_with.settings.setFileNameDisplayLocation(location);
     settingChanged();
+    refreshFileName();
+}
+
+void AppDelegate::refreshFileName()
+{
     if (hasCurrentFile())
         m_viewController->updateFileNameDisplay(m_viewController->currentFile());
 }
@@ -125,12 +148,7 @@ void AppDelegate::toggleAutoResizeToImageSize()
     const bool on = !m_with.settings.autoResizeToImageSize();
     m_with.settings.setAutoResizeToImageSize(on);
     settingChanged();
-    if (!m_viewController)
-        return;
-    if (!on)
-        return applyWindowBackground();
-    applyAverageColorBackground();
-    fitWindowToImage();
+    applyAutoResize(on);
 }
 
 void AppDelegate::resizeWindowToImage()
@@ -140,6 +158,11 @@ void AppDelegate::resizeWindowToImage()
     settingChanged();
     if (m_menu)
         m_menu->markSize(on ? m_menu->resizeToImageMenuItem : nullptr);
+    applyAutoResize(on);
+}
+
+void AppDelegate::applyAutoResize(bool on)
+{
     if (!m_viewController)
         return;
     if (!on)

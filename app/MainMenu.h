@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QKeySequence>
+#include <QList>
 #include <QObject>
 
 class QAction;
@@ -25,6 +26,7 @@ public:
 
     // The items whose state or enabling changes at run time; each is also its object's name.
     QAction *showInFinderMenuItem = nullptr;
+    QAction *moveToTrashMenuItem = nullptr;
     QAction *showFileSizeMenuItem = nullptr;
     QAction *showCreationDateMenuItem = nullptr;
     QAction *showImageResolutionMenuItem = nullptr;
@@ -41,6 +43,13 @@ public:
     /// Check marks from the store, enabling from @p hasCurrentFile. Leaves the sizes' check marks alone.
     void refresh(bool hasCurrentFile);
     void setHasCurrentFile(bool hasCurrentFile);
+    /// setHasCurrentFile() for @p item alone; any but the items on the current file is left as it is.
+    void updateItem(QAction *item, bool hasCurrentFile);
+    /// Window systems with tabs add items of their own to the Window menu, also after it was built; this program has
+    /// no tabs. Removes the first of them.
+    void removeTabBarItem();
+    /// The items whose keys hold in every window of the program, also while the menu's own is closed.
+    [[nodiscard]] QList<QAction *> itemsForAllWindows() const;
     /// The one size item with a check mark; null: none has.
     void markSize(const QAction *item);
 
@@ -55,10 +64,13 @@ private:
     void buildFileMenu(QMenuBar &menuBar);
     void buildViewMenu(QMenuBar &menuBar);
     void buildWindowMenu(QMenuBar &menuBar);
+    void buildHelpMenu(QMenuBar &menuBar);
     void setStatesFromStore();
 
     MenuCommands &m_commands;
     const SettingsManager &m_settings;
+    QMenuBar &m_menuBar;
+    QList<QAction *> m_itemsForAllWindows;
 };
 
 } // namespace tallowmere

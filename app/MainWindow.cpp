@@ -4,7 +4,6 @@
 
 #include <QCloseEvent>
 #include <QLayout>
-#include <QScreen>
 
 namespace tallowmere {
 
@@ -22,13 +21,6 @@ void MainWindow::resizeContent(QSize size)
         return;
     layout()->activate(); // otherwise the layout waits for the first show
     resize(size + (size - centralWidget()->size()));
-}
-
-void MainWindow::centre()
-{
-    const QRect available = screen()->availableGeometry();
-    // The frame is unknown until the window manager has drawn it; later resizing centres on the real one.
-    move(available.center() - QRect(QPoint(), size()).center());
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

@@ -16,8 +16,6 @@ public:
 
     /// The central widget gets @p size in points, whatever the menu bar needs above it.
     void resizeContent(QSize size);
-    /// Into the middle of the screen's usable area. Without effect where the desktop places windows itself.
-    void centre();
 
 Q_SIGNALS:
     void willClose();

@@ -3,13 +3,18 @@
 #include "app/AppDelegate.h"
 #include "app/ColourSchemePalette.h"
 #include "app/CommandLine.h"
-#include "app/NoFolderAccess.h"
+#include "app/DefaultFileAssociationManager.h"
+#include "app/FirstScreen.h"
+#include "app/FontWarmUp.h"
 #include "app/ToolkitStart.h"
+#include "browsing/FolderAccessManager.h"
 #include "imaging/ImageLoader.h"
 #include "imaging/SharedPipeline.h"
 #include "platform/freedesktop/ApplicationBus.h"
 #include "platform/freedesktop/DBusFileRevealer.h"
+#include "platform/freedesktop/FreedesktopTrash.h"
 #include "platform/freedesktop/PortalColourScheme.h"
+#include "platform/freedesktop/QtFolderPanel.h"
 #include "platform/freedesktop/StatxAttributes.h"
 #include "platform/freedesktop/XdgTagLabel.h"
 #include "settings/SettingsManager.h"
@@ -22,6 +27,7 @@
 #include <atomic>
 #include <csignal>
 #include <cstdio>
+#include <optional>
 
 namespace {
 
@@ -55,18 +61,22 @@ int main(int argc, char **argv)
 
     // Qt takes the first thread it meets for the main one: that must not be the bus's, which reads settings.
     QThread::currentThread();
+    SharedPipeline &pipeline = SharedPipeline::instance();
+    FirstScreen firstScreen;
+    pipeline.imageLoader->setPreviewSize([&firstScreen](PixelSize full) { return firstScreen.mostFor(full); });
     // From here on the photo is being decoded, while the bus and then the window system are connected.
     preloadFirst(line.files);
-    SharedPipeline &pipeline = SharedPipeline::instance();
     AppDelegate *delegate = nullptr; // main thread
     std::atomic<bool> starting{true};
-    ApplicationBus bus({}, [&](ApplicationRequest request) {
+    const auto busLost = [&] { pipeline.mainQueue.async([&delegate] { delegate->sessionBusLost(); }); };
+    const auto take = [&](ApplicationRequest request) {
         // Later on the main thread is there to look into the cache first.
         if (starting)
             preloadFirst(request.files);
         // Requests wait in the queue, in order, until the event loop runs.
         pipeline.mainQueue.async([&delegate, request = std::move(request)] { delegate->handle(request); });
-    });
+    };
+    ApplicationBus bus({}, take, busLost);
     const ApplicationBus::Role role = bus.start({line.files, activationTokenOfThisStart()});
     if (role == ApplicationBus::Role::handedOver)
         leave(0);
@@ -76,14 +86,19 @@ int main(int argc, char **argv)
     else
         colourScheme.start(applyColourScheme); // its answer comes home once the event loop runs
 
+    std::optional<FontWarmUp> fonts(std::in_place);
     ToolkitStart toolkit(argc > 0 ? argv[0] : "tallowmere", line.toolkitArguments);
-    NoFolderAccess folderAccess;
+    firstScreen.toolkitIsThere();
+    fonts.reset();
+    QtFolderPanel folderPanel;
+    FolderAccessManager::setSurroundingsOfShared({pipeline.mainQueue, pipeline.scope, folderPanel});
     DBusFileRevealer revealer(pipeline.launcher, {});
+    FreedesktopTrash trash;
     const XdgTagLabelReader labels;
     const StatxAttributesReader attributes;
     AppDelegate theDelegate({SettingsManager::shared(), pipeline.imageLoader, pipeline.imageCacheManager,
-                             pipeline.scope, folderAccess, revealer, labels, attributes, pipeline.mainQueue,
-                             pipeline.launcher});
+                             pipeline.scope, *FolderAccessManager::shared(), revealer, trash, labels, attributes,
+                             pipeline.mainQueue, pipeline.launcher, DefaultFileAssociationManager::shared()});
     delegate = &theDelegate;
     theDelegate.applicationDidFinishLaunching();
     if (!line.files.isEmpty())

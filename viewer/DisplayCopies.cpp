@@ -13,7 +13,8 @@ namespace {
 
 bool isItsOwnCopy(const Image &image, PixelSize size)
 {
-    return image.hasBitmap() && image.pixelSize() == size && !ColourConversion::toSRGB(image.decoded().colour);
+    return image.hasBitmap() && image.decoded().pixels.size() == size &&
+           !ColourConversion::toSRGB(image.decoded().colour);
 }
 
 } // namespace

@@ -30,6 +30,8 @@ DisplayCopyRequests::~DisplayCopyRequests()
 
 void DisplayCopyRequests::want(const ImagePtr &image, PixelSize size)
 {
+    if (image->isPreview())
+        return; // the whole picture will be there sooner
     // Painting asks again after every answer; where there was no room, that would never end.
     if (m_failed && m_failed->image == image && m_failed->size == size)
         return;

@@ -26,11 +26,11 @@ void DisplayPreparation::setTarget(const DisplayTarget &target)
     m_target = target;
 }
 
-PixelSize DisplayPreparation::copySizeFor(const Image &image) const
+PixelSize DisplayPreparation::copySizeFor(PixelSize image) const
 {
     const bool followsImage = m_settings.autoResizeToImageSize();
     const std::lock_guard lock(m_mutex);
-    return m_target.copySizeFor(image.pixelSize(), followsImage);
+    return m_target.copySizeFor(image, followsImage);
 }
 
 void DisplayPreparation::prepare(const ImagePtr &image)

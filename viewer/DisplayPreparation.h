@@ -43,7 +43,8 @@ public:
     /// Whether prepare() would have nothing to do.
     [[nodiscard]] bool isPrepared(const ImagePtr &image);
     /// The size prepare() would make; empty when there is no telling, or no bitmap.
-    [[nodiscard]] PixelSize copySizeFor(const Image &image) const;
+    [[nodiscard]] PixelSize copySizeFor(const Image &image) const { return copySizeFor(image.pixelSize()); }
+    [[nodiscard]] PixelSize copySizeFor(PixelSize image) const;
 
     [[nodiscard]] DisplayCopies &copies() { return m_copies; }
 

@@ -2,13 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/DraggableImageView.h"
 
+#include "viewer/AccessibleViews.h"
 #include "viewer/DisplayPreparation.h"
 #include "viewer/PanningHandler.h"
 #include "viewer/rules/PanDrag.h"
 #include "viewer/rules/ScrollDelta.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
 #include <QApplication>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
@@ -19,13 +18,6 @@
 namespace tallowmere {
 
 namespace {
-
-QAccessibleInterface *makeAccessible(const QString &className, QObject *object)
-{
-    if (className == QLatin1String(DraggableImageView::staticMetaObject.className()))
-        return new QAccessibleWidget(qobject_cast<QWidget *>(object), QAccessible::Graphic);
-    return nullptr;
-}
 
 /// Longer than somebody takes who steps through a folder.
 constexpr int kRestMilliseconds = 700;
@@ -38,7 +30,6 @@ DraggableImageView::DraggableImageView(std::shared_ptr<DisplayPreparation> prepa
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
-    QAccessible::installFactory(makeAccessible); // the same function twice counts once
     connect(&m_requests, &DisplayCopyRequests::done, this, qOverload<>(&QWidget::update));
     m_rest.setSingleShot(true);
     m_rest.setInterval(kRestMilliseconds);
@@ -51,6 +42,22 @@ void DraggableImageView::setImage(ImagePtr image)
     m_hasPaintedImage = false;
     m_rest.stop();
     update();
+}
+
+void DraggableImageView::setImageName(const QString &name)
+{
+    if (std::exchange(m_imageName, name) == name)
+        return;
+    announce(*this, QAccessible::NameChanged);
+    // The view around it has the focus and goes by the same name.
+    if (QWidget *around = parentWidget())
+        announce(*around, QAccessible::NameChanged);
+}
+
+void DraggableImageView::setImageDescription(const QString &description)
+{
+    if (std::exchange(m_imageDescription, description) != description)
+        announce(*this, QAccessible::DescriptionChanged);
 }
 
 void DraggableImageView::wantCopy(PixelSize size)

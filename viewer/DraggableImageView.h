@@ -62,6 +62,12 @@ public:
     /// The present image has been painted at least once. False without an image.
     [[nodiscard]] bool hasPaintedImage() const { return m_hasPaintedImage; }
 
+    /// What a screen reader says of the view: the file's name, and what is known about it.
+    void setImageName(const QString &name);
+    void setImageDescription(const QString &description);
+    [[nodiscard]] const QString &imageName() const { return m_imageName; }
+    [[nodiscard]] const QString &imageDescription() const { return m_imageDescription; }
+
 Q_SIGNALS:
     /// The present image has just been painted for the first time; it is on the screen once control returns to
     /// the event loop.
@@ -92,6 +98,8 @@ private:
     const std::shared_ptr<DisplayPreparation> m_preparation;
     DisplayCopyRequests m_requests;
     ImagePtr m_image;
+    QString m_imageName;
+    QString m_imageDescription;
     ImageScaling m_scaling = ImageScaling::proportionallyUpOrDown;
     ImageTransform m_transform;
     PanningHandler *m_panningDelegate = nullptr;

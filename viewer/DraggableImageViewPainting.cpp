@@ -62,6 +62,11 @@ DraggableImageView::Source DraggableImageView::sourceFor(const ImagePlacement &p
     DisplayCopies &copies = m_preparation->copies();
     if (DisplayBitmap exact = copies.find(m_image, placement.copySize))
         return {std::move(exact)};
+    // A preview is so small that this takes less than a frame: another thread's copy would be on the screen later.
+    if (m_image->isPreview() && !m_inTransition) {
+        if (DisplayBitmap made = copies.make(m_image, placement.copySize))
+            return {std::move(made)};
+    }
     if (!m_inTransition)
         m_requests.want(m_image, placement.copySize);
     if (DisplayBitmap similar = copies.findSimilar(m_image, placement.copySize))

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/IdleScreen.h"
 
+#include "viewer/Appearance.h"
 #include "viewer/InterfaceFont.h"
 #include "viewer/NonInteractiveImageView.h"
 
@@ -20,16 +21,6 @@ constexpr int kSmallestLogo = 32; // points; below that a logo is a blot
 constexpr int kSpacing = 16;      // points between logo and text
 constexpr int kMargin = 20;       // points around both
 constexpr int kWidestText = 420;  // points
-
-/// Secondary text: the window's text colour, two fifths of the way to the background.
-QColor secondaryLabelColor(const QPalette &palette)
-{
-    const QColor text = palette.color(QPalette::WindowText);
-    const QColor background = palette.color(QPalette::Window);
-    const auto mixed = [](float a, float b) { return a * 0.6F + b * 0.4F; };
-    return QColor::fromRgbF(mixed(text.redF(), background.redF()), mixed(text.greenF(), background.greenF()),
-                            mixed(text.blueF(), background.blueF()));
-}
 
 } // namespace
 
@@ -58,6 +49,7 @@ void IdleScreen::showEvent(QShowEvent *event)
     if (!m_logoLoaded) {
         m_logoLoaded = true;
         m_logoImageView->setImage(QStringLiteral(":/logo.svg"));
+        m_logoImageView->setAccessibleName(tr("Tallowmere logo"));
         layOut();
     }
     QWidget::showEvent(event);

@@ -10,12 +10,25 @@
 
 namespace tallowmere {
 
+namespace {
+
+/// "[jJ][pP][gG]": GTK's dialog and the portal's match letter for letter, and cameras write names in capitals. The
+/// plain extension goes beside it, for a toolkit that turns letters into such sets by itself.
+QString inAnyCase(const QString &extension)
+{
+    QString pattern;
+    for (const QChar letter : extension)
+        pattern += QLatin1Char('[') + letter + letter.toUpper() + QLatin1Char(']');
+    return pattern;
+}
+
+} // namespace
+
 QString openPanelNameFilter(const SettingsManager &settings)
 {
     QStringList patterns;
-    // Native dialogs match patterns letter for letter, and cameras write names in capitals.
     const auto add = [&patterns](const QString &extension) {
-        patterns << QStringLiteral("*.") + extension << QStringLiteral("*.") + extension.toUpper();
+        patterns << QStringLiteral("*.") + extension << QStringLiteral("*.") + inAnyCase(extension);
     };
     add(QStringLiteral("jpg"));
     add(QStringLiteral("jpeg"));
@@ -31,7 +44,7 @@ QString openPanelNameFilter(const SettingsManager &settings)
            QLatin1Char(')');
 }
 
-QFileDialog *makeOpenPanel(QWidget *parent, const SettingsManager &settings, const FileURL &folder)
+QFileDialog *makeOpenPanel(QWidget *parent, const FileURL &folder)
 {
     auto *panel = new QFileDialog(parent, QCoreApplication::translate("OpenPanel", "Open"));
     panel->setAttribute(Qt::WA_DeleteOnClose);
@@ -39,7 +52,6 @@ QFileDialog *makeOpenPanel(QWidget *parent, const SettingsManager &settings, con
     panel->setAcceptMode(QFileDialog::AcceptOpen);
     panel->setFileMode(QFileDialog::ExistingFile);
     panel->setOption(QFileDialog::HideNameFilterDetails);
-    panel->setNameFilter(openPanelNameFilter(settings));
     panel->setDirectory(folder.empty() ? QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)
                                        : QFile::decodeName(folder.path()));
     return panel;

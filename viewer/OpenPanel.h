@@ -17,7 +17,7 @@ class SettingsManager;
 [[nodiscard]] QString openPanelNameFilter(const SettingsManager &settings);
 
 /// A modeless dialog for one existing file that deletes itself when closed. It begins in @p folder, or among the
-/// user's pictures when that is empty. Not shown yet.
-[[nodiscard]] QFileDialog *makeOpenPanel(QWidget *parent, const SettingsManager &settings, const FileURL &folder);
+/// user's pictures when that is empty. Not shown yet, and without a name filter.
+[[nodiscard]] QFileDialog *makeOpenPanel(QWidget *parent, const FileURL &folder);
 
 } // namespace tallowmere

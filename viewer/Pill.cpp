@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/Pill.h"
 
+#include "viewer/AccessibleViews.h"
 #include "viewer/Appearance.h"
 #include "viewer/InterfaceFont.h"
 #include "viewer/rules/PillLayout.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
 #include <QEvent>
 #include <QFontMetricsF>
 #include <QPainter>
@@ -35,13 +34,6 @@ Look lookOf(const QPalette &palette)
     return {QColor(246, 246, 248, 214), QColor(0, 0, 0, 46), QColor(0, 0, 0, 217)};
 }
 
-QAccessibleInterface *makeAccessible(const QString &className, QObject *object)
-{
-    if (className == QLatin1String(Pill::staticMetaObject.className()))
-        return new QAccessibleWidget(qobject_cast<QWidget *>(object), QAccessible::StaticText);
-    return nullptr;
-}
-
 } // namespace
 
 Pill::Pill(Overflow overflow, double width, QWidget *parent)
@@ -49,7 +41,6 @@ Pill::Pill(Overflow overflow, double width, QWidget *parent)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents); // a pan may begin on a pill
     setFont(interfaceFont(PillLayout::kFontSize, QFont::Medium));
-    QAccessible::installFactory(makeAccessible); // the same function twice counts once
 }
 
 void Pill::setText(const QString &text)
@@ -57,7 +48,7 @@ void Pill::setText(const QString &text)
     if (text == m_text)
         return;
     m_text = text;
-    setAccessibleName(text);
+    announce(*this, QAccessible::NameChanged);
     update();
 }
 

@@ -27,7 +27,6 @@ ProgressSign::ProgressSign(QWidget *parent) : QWidget(parent)
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAttribute(Qt::WA_NoSystemBackground);
     setFocusPolicy(Qt::NoFocus);
-    setAccessibleName(tr("Loading"));
     hide();
     m_patience.setSingleShot(true);
     m_patience.setTimerType(Qt::PreciseTimer); // others may come early
@@ -62,6 +61,11 @@ void ProgressSign::appear()
     m_frames.start();
 }
 
+std::optional<double> ProgressSign::fraction() const
+{
+    return m_progress ? m_progress->fraction() : std::nullopt;
+}
+
 void ProgressSign::layOutIn(QSize view)
 {
     const int width = std::max(std::min(kWidth, view.width() - 2 * kMargin), 0);
@@ -70,12 +74,12 @@ void ProgressSign::layOutIn(QSize view)
 
 void ProgressSign::paintEvent(QPaintEvent *)
 {
-    const auto fraction = m_progress ? m_progress->fraction() : std::nullopt;
+    const auto done = fraction();
     const QRectF groove = rect();
     const QRectF inside = groove.adjusted(kRim, kRim, -kRim, -kRim);
     QRectF bar = inside;
-    if (fraction) {
-        bar.setWidth(inside.width() * *fraction);
+    if (done) {
+        bar.setWidth(inside.width() * *done);
     } else {
         const double turn = (1 - std::cos(m_frame * 2 * std::acos(-1.0) / kFramesPerSweep)) / 2;
         bar.setWidth(inside.width() * kWanderingPart);

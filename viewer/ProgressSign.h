@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 namespace tallowmere {
 
@@ -29,6 +30,9 @@ public:
     void start(std::shared_ptr<const DecodeProgress> progress);
     /// The picture is there, or is not going to come.
     void stop();
+
+    /// How much of the picture is there, 0 to 1; nothing while there is no figure.
+    [[nodiscard]] std::optional<double> fraction() const;
 
     /// Puts it into the middle of a view of this size, points.
     void layOutIn(QSize view);

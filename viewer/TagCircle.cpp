@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/TagCircle.h"
 
+#include "viewer/AccessibleViews.h"
 #include "viewer/rules/PillLayout.h"
 
 #include <QPainter>
+
+#include <utility>
 
 namespace tallowmere {
 
@@ -17,6 +20,12 @@ void TagCircle::setColor(const QColor &color)
 {
     m_color = color;
     update();
+}
+
+void TagCircle::setLabelName(const QString &name)
+{
+    if (std::exchange(m_labelName, name) != name)
+        announce(*this, QAccessible::NameChanged);
 }
 
 void TagCircle::paintEvent(QPaintEvent *)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QColor>
+#include <QString>
 #include <QWidget>
 
 namespace tallowmere {
@@ -17,12 +18,16 @@ public:
 
     void setColor(const QColor &color);
     [[nodiscard]] const QColor &color() const { return m_color; }
+    /// What a screen reader says of it.
+    void setLabelName(const QString &name);
+    [[nodiscard]] const QString &labelName() const { return m_labelName; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
     QColor m_color;
+    QString m_labelName;
 };
 
 } // namespace tallowmere

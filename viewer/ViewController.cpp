@@ -5,6 +5,7 @@
 #include "browsing/FileListManager.h"
 #include "imaging/ImageCacheManager.h"
 #include "imaging/ImageLoader.h"
+#include "viewer/AccessibleViews.h"
 #include "viewer/DeferredListing.h"
 #include "viewer/DisplayPreparation.h"
 #include "viewer/DraggableImageView.h"
@@ -37,6 +38,8 @@ ViewController::ViewController(const Surroundings &surroundings)
     buildViews();
     m_with.loader->setPreparation(
         [preparation = m_preparation](const ImagePtr &image) { preparation->prepare(image); });
+    m_with.loader->setPreviewSize(
+        [preparation = m_preparation](PixelSize full) { return preparation->copySizeFor(full); });
     m_with.cache->setPreparation(
         [preparation = m_preparation](const ImagePtr &image) { preparation->prepareIfThereIsRoom(image); });
 }
@@ -48,6 +51,7 @@ ViewController::~ViewController()
 
 void ViewController::buildViews()
 {
+    installAccessibleViews();
     m_view = new DraggableView;
     connect(m_view, &QObject::destroyed, this, [this] { m_view = nullptr; });
     m_view->setDraggingDelegate(this);
@@ -105,6 +109,8 @@ FileListManager &ViewController::fileListManager() const
 
 void ViewController::displayImage(const FileURL &file)
 {
+    m_isIdle = false;
+    ++m_displays;
     m_handCursor.reset();
     showHandCursor();
     updateDisplayTarget();
@@ -120,21 +126,33 @@ void ViewController::displayImage(const FileURL &file)
     }
     m_imageView->setImage(nullptr);
     updateTransparencyBackground();
-    auto progress = m_with.loader->loadImage(
-        file, kMaximumPixelSize,
-        [self = QPointer(this), file, averageApplied, load = ++m_loads](const ImagePtr &image) {
+    load(file, averageApplied);
+}
+
+void ViewController::load(const FileURL &file, bool averageApplied)
+{
+    const auto preview = [self = QPointer(this), file, display = m_displays](const ImagePtr &image) {
+        auto *controller = self.data();
+        if (controller && display == controller->m_displays)
+            controller->showPreview(file, image);
+    };
+    const auto completion = [self = QPointer(this), file, averageApplied, display = m_displays](const ImagePtr &image) {
         auto *controller = self.data();
         if (!controller)
             return;
-        if (image) {
-            controller->showImage(file, image, averageApplied);
-            return;
-        }
-        if (load == controller->m_loads)
+        const bool isLatest = display == controller->m_displays;
+        if (image && isLatest && controller->showsPreviewOf(image))
+            return controller->replacePreview(file, image, averageApplied);
+        if (image)
+            return controller->showImage(file, image, averageApplied);
+        if (isLatest) {
             controller->m_progressSign->stop();
+            if (const ImagePtr &shown = controller->m_imageView->image(); shown && shown->isPreview())
+                controller->m_imageView->setImage(nullptr);
+        }
         controller->listingMayStart();
-        });
-    if (progress)
+    };
+    if (auto progress = m_with.loader->loadImage(file, kMaximumPixelSize, completion, preview))
         m_progressSign->start(std::move(progress));
 }
 
@@ -147,6 +165,18 @@ void ViewController::showImage(const FileURL &file, const ImagePtr &image, bool 
     updateOverlayVisibility();
     if (!averageApplied && !applyBackgroundFor(file) && m_with.settings.autoResizeToImageSize())
         computeAverageColor(file, image);
+    fitToNewImage(file, image);
+    m_imageView->wantCopy(m_preparation->copySizeFor(*image));
+    // At once: a key that is held down would otherwise keep the picture waiting behind the next key press.
+    if (m_view->isVisible())
+        m_imageView->repaint();
+    else
+        listingMayStart();
+    prepareNeighbours();
+}
+
+void ViewController::fitToNewImage(const FileURL &file, const ImagePtr &image)
+{
     if (m_with.settings.autoResizeToImageSize()) {
         fitWindowToImage(m_with.settings.autoResizeWithAnimation(), [self = QPointer(this), file] {
             auto *controller = self.data();
@@ -158,17 +188,50 @@ void ViewController::showImage(const FileURL &file, const ImagePtr &image, bool 
     } else {
         applyZoom(image);
     }
-    m_imageView->wantCopy(m_preparation->copySizeFor(*image));
-    // At once: a key that is held down would otherwise keep the picture waiting behind the next key press.
+}
+
+/// The picture as far as the eye is concerned. What is computed from pixels waits for all of them.
+void ViewController::showPreview(const FileURL &file, const ImagePtr &image)
+{
+    // The screen may have turned out larger than it looked when the decode began: rather later than blurred.
+    const PixelSize wanted = m_preparation->copySizeFor(*image);
+    const PixelSize had = image->decoded().pixels.size();
+    const bool isMagnified = !m_with.settings.autoResizeToImageSize() && currentZoomScale() > 1.0;
+    if (isMagnified || wanted.width > had.width || wanted.height > had.height)
+        return;
+    m_progressSign->stop();
+    m_imageView->setImage(image);
+    updateTransparencyBackground();
+    updateOverlayVisibility();
+    fitToNewImage(file, image);
     if (m_view->isVisible())
         m_imageView->repaint();
-    else
+}
+
+bool ViewController::showsPreviewOf(const ImagePtr &image) const
+{
+    const ImagePtr shown = m_imageView->image();
+    return shown && shown->isPreview() && shown->pixelSize() == image->pixelSize();
+}
+
+/// The window has the size of the picture or is on its way there, and the user may have zoomed in since: only the
+/// pixels change.
+void ViewController::replacePreview(const FileURL &file, const ImagePtr &image, bool averageApplied)
+{
+    m_imageView->setImage(image);
+    updateTransparencyBackground();
+    if (!averageApplied && !applyBackgroundFor(file) && m_with.settings.autoResizeToImageSize())
+        computeAverageColor(file, image);
+    m_imageView->wantCopy(m_preparation->copySizeFor(*image));
+    if (!m_view->isVisible())
         listingMayStart();
     prepareNeighbours();
 }
 
 void ViewController::showIdleState()
 {
+    m_isIdle = true;
+    ++m_displays; // no preview of what is still being decoded
     m_deferredListing->finish();
     m_progressSign->stop();
     m_imageView->setImage(nullptr);

@@ -49,6 +49,7 @@ class SecurityScope;
 class Shell;
 class TagCircle;
 class TransparencyChecker;
+class Trash;
 class WindowFrame;
 enum class KeyCommand;
 struct ScreenArea;
@@ -71,6 +72,7 @@ public:
         SecurityScope &scope;
         FolderAccess &folderAccess;
         FileRevealer &revealer;
+        Trash &trash;
         const FileLabelReader &labelReader;
         const FileAttributesReader &attributesReader;
         MainQueue &mainQueue;
@@ -91,6 +93,8 @@ public:
     void displayImage(const FileURL &file);
     /// No image, an empty list, the logo, a window of 600 x 400.
     void showIdleState();
+    /// No file has been shown since the beginning, or since the last showIdleState().
+    [[nodiscard]] bool isIdle() const { return m_isIdle; }
     /// A modeless file dialog; the one that is open already comes forward instead.
     void showOpenPanel();
     /// One step towards the beginning of the list, which wraps around.
@@ -127,6 +131,9 @@ public:
     void updateOverlayVisibility();
     void updateTransparencyBackground();
 
+    /// The frame comes to lie in the middle of the screen's usable area; a window that is not yet there as soon as its
+    /// decorations are known.
+    void centreWindow();
     /// The frame gets this size in points and keeps its centre. Leaves a maximised or full-screen state first.
     void resizeWindow(bool animated, double width, double height);
     /// The screen's usable area less 40 points on every side. Leaves a maximised or full-screen state first.
@@ -163,6 +170,11 @@ public:
     /// Key presses go to the view from now on. Nothing without a window.
     void makeFirstResponder();
 
+    /// In the background; then the file that followed is shown. A failure is told in an alert. Nothing without a
+    /// current file.
+    void moveCurrentFileToTrash();
+    /// Takes the last move back and shows the file. Once; nothing when there is none to take back.
+    void undoMoveToTrash();
     [[nodiscard]] const std::optional<UndoState> &undoState() const;
     void setUndoState(std::optional<UndoState> state);
 
@@ -177,9 +189,14 @@ private:
     void layOutOverlays();
     [[nodiscard]] bool overlaysHaveFile() const;
     void applyFileInfo(const QString &text);
-    void applyFileTagColor(const std::optional<Color> &color);
+    void applyFileTagColor(const std::optional<Color> &color, const QString &name);
 
+    void load(const FileURL &file, bool averageApplied);
     void showImage(const FileURL &file, const ImagePtr &image, bool averageApplied);
+    void fitToNewImage(const FileURL &file, const ImagePtr &image);
+    void showPreview(const FileURL &file, const ImagePtr &image);
+    [[nodiscard]] bool showsPreviewOf(const ImagePtr &image) const;
+    void replacePreview(const FileURL &file, const ImagePtr &image, bool averageApplied);
     bool applyBackgroundFor(const FileURL &file);
     void computeAverageColor(const FileURL &file, const ImagePtr &image);
     void storeAverageColor(const FileURL &file, const ImagePtr &image, std::function<void(const Color &)> done);
@@ -195,6 +212,18 @@ private:
 
     bool perform(KeyCommand command);
     void switchAutoResizeOff();
+
+    /// Where a file was that is being moved to the Trash.
+    struct TrashedEntry
+    {
+        FileURL directory;
+        qint64 index = 0;
+        bool wasOnly = false;
+        bool wasLast = false;
+    };
+    void updateListAfterMove(const TrashedEntry &entry);
+    void showEntry(qint64 index);
+    void showRestoredFile(const UndoState &state);
 
     [[nodiscard]] ZoomMemory::Key zoomKey();
     [[nodiscard]] double currentZoomScale();
@@ -244,12 +273,15 @@ private:
     QPointer<WindowFrame> m_windowFrame;
     QPointer<QFileDialog> m_openPanel;
 
+    bool m_isIdle = true;
     ZoomMemory m_zoomMemory;
-    int m_loads = 0;   ///< begun so far
-    PanDrag m_panDrag; ///< means something while the hand is closed
+    int m_displays = 0; ///< begun so far
+    PanDrag m_panDrag;  ///< means something while the hand is closed
     HandCursor m_handCursor;
 
     std::optional<UndoState> m_undoState;
+    bool m_isUndoing = false;
+    FileURL m_fileBeingTrashed; ///< empty when none is
     QColor m_resolvedWindowColor;
     FileURL m_lastOpened;
 };

@@ -78,17 +78,19 @@ bool ViewController::applyAverageColorBackground(const FileURL &file)
         applyBackgroundColor(toQColor(*average));
         return true;
     }
-    if (m_imageView->image())
-        computeAverageColor(file, m_imageView->image());
+    // A preview is followed by the whole picture, and that by its colour.
+    if (const ImagePtr &image = m_imageView->image(); image && !image->isPreview())
+        computeAverageColor(file, image);
     return false;
 }
 
 void ViewController::computeAverageColor(const FileURL &file, const ImagePtr &image)
 {
     storeAverageColor(file, image, [self = QPointer(this)](const Color &average) {
-        // By now the user may have gone over to fixed sizes or closed the picture.
+        // By now the user may have gone over to fixed sizes or closed the picture. Another file may be on its way: its
+        // own colour comes later.
         auto *controller = self.data();
-        if (controller && controller->m_with.settings.autoResizeToImageSize() && controller->currentImage())
+        if (controller && controller->m_with.settings.autoResizeToImageSize() && !controller->isIdle())
             controller->applyBackgroundColor(toQColor(average));
     });
 }

@@ -26,6 +26,12 @@ bool ViewController::perform(KeyCommand command)
     case KeyCommand::revealInFileManager:
         revealCurrentFileInFinder();
         return true;
+    case KeyCommand::moveToTrash:
+        moveCurrentFileToTrash();
+        return true;
+    case KeyCommand::undoMoveToTrash:
+        undoMoveToTrash();
+        return true;
     case KeyCommand::resetZoom:
         resetZoom();
         return true;

@@ -81,6 +81,10 @@ void ViewController::listFolderOf(const FileURL &file)
 
 void ViewController::folderAccessAnswered(const FileURL &file, bool granted)
 {
+    // The window was closed before the panel was answered: a list without a picture would let commands act on a file
+    // that nobody sees.
+    if (isIdle())
+        return;
     if (!granted) {
         printDiagnostic("ℹ️ Folder access not granted. Navigation between images will not work.");
         return;
@@ -101,12 +105,14 @@ void ViewController::showOpenPanel()
 {
     if (!m_openPanel) {
         const FileURL folder = m_lastOpened.empty() ? FileURL() : m_lastOpened.deletingLastPathComponent();
-        m_openPanel = makeOpenPanel(window(), m_with.settings, folder);
+        m_openPanel = makeOpenPanel(window(), folder);
         connect(m_openPanel, &QFileDialog::fileSelected, this, [this](const QString &path) {
             if (!path.isEmpty())
                 openImage(FileURL::fromPath(QFile::encodeName(path)));
         });
     }
+    // A format may have been switched on or off while it was open.
+    m_openPanel->setNameFilter(openPanelNameFilter(m_with.settings));
     m_openPanel->show();
     m_openPanel->raise();
     m_openPanel->activateWindow();

@@ -64,7 +64,7 @@ void ViewController::updateFileNameDisplay(const FileURL &file)
 {
     const bool inCorner =
         !file.empty() && m_with.settings.fileNameDisplayLocation() == FileNameDisplayLocation::inCorner;
-    m_imageView->setAccessibleName(file.empty() ? QString() : nameOnOneLine(file));
+    m_imageView->setImageName(file.empty() ? QString() : nameOnOneLine(file));
     updateWindowTitle(file);
     if (inCorner) {
         m_fileNamePill->setText(nameOnOneLine(file));
@@ -79,6 +79,7 @@ void ViewController::updateFileInfo(const FileURL &file)
 {
     if (!FileInfoSelection::of(m_with.settings).any()) {
         m_fileInfoPill->hide();
+        m_imageView->setImageDescription({});
         return;
     }
     m_with.launcher.launch("com.tallowmere.fileInfo", QualityOfService::userInitiated,
@@ -96,7 +97,8 @@ void ViewController::applyFileInfo(const QString &text)
 {
     // Cleared, too: a later layout may show the pill again, but never with another file's facts.
     m_fileInfoPill->setText(text);
-    m_imageView->setAccessibleDescription(text);
+    // An answer that was on its way when the user switched everything off isn't wanted any more.
+    m_imageView->setImageDescription(FileInfoSelection::of(m_with.settings).any() ? text : QString());
     if (text.isEmpty()) {
         m_fileInfoPill->hide();
         return;
@@ -112,10 +114,8 @@ void ViewController::refreshFileInfo()
         m_fileInfoPill->hide();
         return;
     }
-    const bool any = FileInfoSelection::of(m_with.settings).any();
-    m_fileInfoPill->setVisible(any);
-    if (any)
-        updateFileInfo(file);
+    m_fileInfoPill->setVisible(FileInfoSelection::of(m_with.settings).any());
+    updateFileInfo(file);
     updateOverlayVisibility();
 }
 

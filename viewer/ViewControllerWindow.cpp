@@ -70,6 +70,22 @@ void ViewController::updateDisplayTarget()
     m_preparation->setTarget(target);
 }
 
+void ViewController::centreWindow()
+{
+    WindowFrame *const frame = windowFrame();
+    if (!frame)
+        return;
+    frame->setFrame(
+        [self = QPointer(this), frame]() -> std::optional<QRectF> {
+            auto *controller = self.data();
+            const auto screen = controller ? controller->screenArea() : std::nullopt;
+            if (!screen)
+                return std::nullopt;
+            return WindowGeometry::centredFrame(frame->frame().size(), screen->visibleFrame);
+        },
+        false, {});
+}
+
 void ViewController::resizeWindow(bool animated, double width, double height)
 {
     WindowFrame *const frame = windowFrame();

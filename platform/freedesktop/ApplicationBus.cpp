@@ -110,7 +110,8 @@ private:
 };
 
 ApplicationBus::ApplicationBus(Options options, Handler handler, std::function<void()> lost)
-    : m_options(std::move(options)), m_handler(std::move(handler)), m_lost(std::move(lost)), m_wakeFd(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+    : m_options(std::move(options)), m_handler(std::move(handler)), m_lost(std::move(lost)),
+      m_wakeFd(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {}
 
 ApplicationBus::~ApplicationBus()

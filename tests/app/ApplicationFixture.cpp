@@ -21,10 +21,12 @@ ApplicationFixture::ApplicationFixture()
       loader(std::make_shared<ImageLoader>(ImageLoader::Surroundings{mainQueue, launcher, scope, cache}))
 {
     cache->setLoader(loader);
+    settings.setDefaultFileAssociationsSet(true); // most launches are not the first
     settings.setAutoResizeToImageSize(false);
     settings.setAutoResizeWithAnimation(false);
-    delegate = std::make_unique<AppDelegate>(AppDelegate::Surroundings{
-        settings, loader, cache, scope, folderAccess, revealer, labels, attributes, mainQueue, launcher});
+    delegate = std::make_unique<AppDelegate>(AppDelegate::Surroundings{settings, loader, cache, scope, folderAccess,
+                                                                       revealer, trash, labels, attributes, mainQueue,
+                                                                       launcher, fileAssociations});
 }
 
 ApplicationFixture::~ApplicationFixture()

@@ -3,16 +3,19 @@
 #pragma once
 
 #include "app/AppDelegate.h"
+#include "app/DefaultFileAssociationManager.h"
 #include "app/MainMenu.h"
 #include "app/MainWindow.h"
-#include "app/NoFolderAccess.h"
+#include "browsing/FolderAccess.h"
 #include "imaging/ImageCacheManager.h"
 #include "imaging/ImageLoader.h"
 #include "platform/FileRevealer.h"
 #include "platform/MemoryStatus.h"
 #include "settings/SettingsManager.h"
 #include "tests/doubles/MemoryDefaultsStore.h"
+#include "tests/doubles/RecordingHandlerRegistry.h"
 #include "tests/doubles/RecordingScope.h"
+#include "tests/doubles/RecordingTrash.h"
 #include "tests/doubles/StatedFileFacts.h"
 #include "tests/doubles/SteppedQueues.h"
 #include "tests/doubles/TestFolder.h"
@@ -34,6 +37,20 @@ public:
     void reveal(const FileURL &file) override { revealed.push_back(file); }
 
     std::vector<FileURL> revealed;
+};
+
+/// Nobody is asked and nothing is granted.
+class NoFolderAccess final : public FolderAccess
+{
+public:
+    explicit NoFolderAccess(MainQueue &mainQueue) : m_mainQueue(mainQueue) {}
+    void requestAccess(const FileURL &, std::function<void(bool granted)> done) override
+    {
+        m_mainQueue.async([done = std::move(done)] { done(false); });
+    }
+
+private:
+    MainQueue &m_mainQueue;
 };
 
 /// The whole application but its process: real windows and images over queues that run when the test says so.
@@ -70,10 +87,13 @@ protected:
     PlentifulMemory memory;
     std::shared_ptr<ImageCacheManager> cache;
     std::shared_ptr<ImageLoader> loader;
-    NoFolderAccess folderAccess;
+    NoFolderAccess folderAccess{mainQueue};
     RevealerDouble revealer;
+    RecordingTrash trash;
     StatedLabel labels;
     StatedAttributes attributes;
+    RecordingHandlerRegistry registry;
+    DefaultFileAssociationManager fileAssociations{settings, registry};
     std::unique_ptr<AppDelegate> delegate;
 };
 

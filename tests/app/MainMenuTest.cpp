@@ -5,6 +5,7 @@
 #include "viewer/TagCircle.h"
 
 #include <QAction>
+#include <QActionEvent>
 #include <QApplication>
 #include <QDialog>
 #include <QFileDialog>
@@ -80,9 +81,11 @@ TEST_F(Menu, holdsTheCommandsInTheirOrderWithTheirKeys)
     QStringList titles;
     for (const QAction *action : window()->menuBar()->actions())
         titles << action->text().remove(u'&');
-    EXPECT_EQ(titles, (QStringList{u"Tallowmere"_s, u"File"_s, u"View"_s, u"Window"_s}));
-    EXPECT_EQ(contents(u"Tallowmere"_s), QStringList{u"Quit Tallowmere | Ctrl+Q"_s});
-    EXPECT_EQ(contents(u"File"_s), (QStringList{u"Open... | Ctrl+O"_s, u"-"_s, u"Show in Finder | Ctrl+Enter"_s}));
+    EXPECT_EQ(titles, (QStringList{u"Tallowmere"_s, u"File"_s, u"View"_s, u"Window"_s, u"Help"_s}));
+    EXPECT_EQ(contents(u"Tallowmere"_s), (QStringList{u"About Tallowmere"_s, u"-"_s, u"Settings... | Ctrl+,"_s, u"-"_s,
+                                                      u"Quit Tallowmere | Ctrl+Q"_s}));
+    EXPECT_EQ(contents(u"File"_s), (QStringList{u"Open... | Ctrl+O"_s, u"-"_s, u"Show in Finder | Ctrl+Enter"_s,
+                                                u"Move to Trash | Ctrl+Backspace"_s}));
     EXPECT_EQ(contents(u"View"_s),
               (QStringList{u"Show File Size"_s, u"Show Creation Date"_s, u"Show Image Resolution"_s, u"Show File Tag"_s,
                            u"-"_s, u"Auto-resize Window to Image Size"_s, u"-"_s, u"Show File Name"_s,
@@ -90,6 +93,23 @@ TEST_F(Menu, holdsTheCommandsInTheirOrderWithTheirKeys)
     EXPECT_EQ(contents(u"Window"_s),
               (QStringList{u"Close Window | Ctrl+W"_s, u"-"_s, u"Small Window | Ctrl+1"_s, u"Medium Window | Ctrl+2"_s,
                            u"Large Window | Ctrl+3"_s, u"Fit to Image | Ctrl+4"_s}));
+    EXPECT_EQ(contents(u"Help"_s), (QStringList{u"Keyboard Shortcuts"_s, u"Manual Page"_s}));
+}
+
+TEST_F(Menu, everyItemIsEnabledAtTheStartButThoseOnTheCurrentFile)
+{
+    launch();
+    for (const QAction *item : window()->menuBar()->findChildren<QAction *>()) {
+        const bool onTheFile = item == menu()->showInFinderMenuItem || item == menu()->moveToTrashMenuItem;
+        EXPECT_EQ(item->isEnabled(), !onTheFile) << item->text().toStdString();
+    }
+}
+
+TEST_F(Menu, aKeyHeldDownCountsOnce)
+{
+    launch();
+    for (const QAction *item : window()->menuBar()->findChildren<QAction *>())
+        EXPECT_FALSE(item->autoRepeat() && !item->shortcut().isEmpty()) << item->text().toStdString();
 }
 
 TEST_F(Menu, everyKeyBelongsToExactlyOneItem)
@@ -100,7 +120,7 @@ TEST_F(Menu, everyKeyBelongsToExactlyOneItem)
         if (!action->shortcut().isEmpty())
             keys << action->shortcut();
     }
-    EXPECT_EQ(keys.size(), 8);
+    EXPECT_EQ(keys.size(), 10);
     for (const QKeySequence &key : keys)
         EXPECT_EQ(keys.count(key), 1) << key.toString().toStdString();
 }
@@ -110,9 +130,9 @@ TEST_F(Menu, itemsThatChangeAreFoundByTheirNames)
     launch();
     for (const char *name :
          {"showFileSizeMenuItem", "showCreationDateMenuItem", "showImageResolutionMenuItem", "showFileTagMenuItem",
-          "showInFinderMenuItem", "autoResizeMenuItem", "fileNameInTitleMenuItem", "fileNameInCornerMenuItem",
-          "fileNameOffMenuItem", "resizeSmallMenuItem", "resizeMediumMenuItem", "resizeLargeMenuItem",
-          "resizeToImageMenuItem"})
+          "showInFinderMenuItem", "moveToTrashMenuItem", "autoResizeMenuItem", "fileNameInTitleMenuItem",
+          "fileNameInCornerMenuItem", "fileNameOffMenuItem", "resizeSmallMenuItem", "resizeMediumMenuItem",
+          "resizeLargeMenuItem", "resizeToImageMenuItem"})
         EXPECT_NE(window()->findChild<QAction *>(QLatin1String(name)), nullptr) << name;
 }
 
@@ -127,6 +147,112 @@ TEST_F(Menu, withNoFileOpenShowInFinderIsDisabledWhenTheMenuOpensAndItsKeyDoesNo
     press(Qt::Key_Enter, Qt::ControlModifier | Qt::KeypadModifier);
     press(Qt::Key_Return);
     EXPECT_TRUE(revealer.revealed.empty());
+}
+
+TEST_F(Menu, withNoFileOpenMoveToTrashIsDisabledWhenTheMenuOpensAndItsKeyDoesNothing)
+{
+    launch();
+    menu()->moveToTrashMenuItem->setEnabled(true);
+    openMenu(u"File"_s);
+    EXPECT_FALSE(menu()->moveToTrashMenuItem->isEnabled());
+    menu()->moveToTrashMenuItem->setEnabled(true);
+    press(Qt::Key_Backspace);
+    menu()->moveToTrashMenuItem->setEnabled(true);
+    menu()->moveToTrashMenuItem->trigger();
+    settle();
+    EXPECT_TRUE(trash.trashed.empty());
+}
+
+TEST_F(Menu, moveToTrashIsEnabledWithAFileAndBinsItOnce)
+{
+    launch();
+    const FileURL file = photo("a.jpg");
+    open(file);
+    menu()->moveToTrashMenuItem->setEnabled(false);
+    openMenu(u"File"_s);
+    EXPECT_TRUE(menu()->moveToTrashMenuItem->isEnabled());
+    menu()->moveToTrashMenuItem->setEnabled(false); // stale: no menu was opened since
+    int triggered = 0;
+    QObject::connect(menu()->moveToTrashMenuItem, &QAction::triggered, [&triggered] { ++triggered; });
+    press(Qt::Key_Backspace);
+    EXPECT_EQ(triggered, 1) << "the menu comes before the viewer";
+    EXPECT_EQ(trash.trashed, std::vector<FileURL>{file});
+}
+
+TEST_F(Menu, beforeAMenuOpensEachItemIsUpdatedAndOnlyTheTwoOnTheFileChange)
+{
+    launch();
+    for (QAction *item : {menu()->showInFinderMenuItem, menu()->moveToTrashMenuItem, menu()->resizeSmallMenuItem}) {
+        item->setEnabled(true);
+        EXPECT_TRUE(delegate->menuUpdateItem(item));
+        EXPECT_EQ(item->isEnabled(), item == menu()->resizeSmallMenuItem);
+    }
+    menu()->resizeSmallMenuItem->setEnabled(false);
+    EXPECT_TRUE(delegate->menuUpdateItem(menu()->resizeSmallMenuItem));
+    EXPECT_FALSE(menu()->resizeSmallMenuItem->isEnabled());
+    open(photo("a.jpg"));
+    menu()->moveToTrashMenuItem->setEnabled(false);
+    EXPECT_TRUE(delegate->menuUpdateItem(menu()->moveToTrashMenuItem));
+    EXPECT_TRUE(menu()->moveToTrashMenuItem->isEnabled());
+}
+
+TEST_F(Menu, theFirstTabBarItemThatComesAfterTheMenuWasBuiltIsRemoved)
+{
+    delegate->applicationDidFinishLaunching();
+    QMenu *const items = menuTitled(u"Window"_s);
+    items->addAction(u"Show TAB Bar"_s);
+    items->addAction(u"Show All Tabs"_s);
+    items->addAction(u"Hide Tab Bar"_s);
+    settle();
+    const QStringList shown = contents(u"Window"_s);
+    EXPECT_FALSE(shown.contains(u"Show TAB Bar"_s));
+    EXPECT_TRUE(shown.contains(u"Show All Tabs"_s));
+    EXPECT_TRUE(shown.contains(u"Hide Tab Bar"_s)) << "one is enough";
+    items->addAction(u"Show Tab Bar"_s);
+    settle();
+    EXPECT_TRUE(contents(u"Window"_s).contains(u"Show Tab Bar"_s)) << "and once is enough";
+}
+
+TEST_F(Menu, aTabBarItemOfTheWindowSystemIsRemovedWhileTheMenuIsBuilt)
+{
+    /// Puts its items into the Window menu as soon as that one is in the bar.
+    class Platform final : public QObject
+    {
+    public:
+        using QObject::QObject;
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            if (event->type() != QEvent::ActionAdded)
+                return false;
+            const QAction *added = static_cast<QActionEvent *>(event)->action();
+            if (added->menu() && added->text().contains(u"Window"_s)) {
+                added->menu()->addAction(u"SHOW TAB BAR"_s);
+                added->menu()->addAction(u"Show Tab Bar"_s);
+                added->menu()->addAction(u"hide tab bar"_s);
+            }
+            return false;
+        }
+    };
+    QMenuBar bar;
+    Platform platform;
+    bar.installEventFilter(&platform);
+    MainMenu built(bar, *delegate, settings);
+    QStringList texts;
+    for (const QAction *menuInBar : bar.actions()) {
+        for (const QAction *item : menuInBar->menu()->actions())
+            texts << item->text();
+    }
+    EXPECT_FALSE(texts.contains(u"Show Tab Bar"_s));
+    EXPECT_TRUE(texts.contains(u"hide tab bar"_s));
+    EXPECT_TRUE(texts.contains(u"SHOW TAB BAR"_s)) << "the pass that ignores case comes later";
+    built.removeTabBarItem();
+    texts.clear();
+    for (const QAction *menuInBar : bar.actions()) {
+        for (const QAction *item : menuInBar->menu()->actions())
+            texts << item->text();
+    }
+    EXPECT_FALSE(texts.contains(u"SHOW TAB BAR"_s));
+    EXPECT_TRUE(texts.contains(u"hide tab bar"_s));
 }
 
 TEST_F(Menu, showInFinderIsEnabledWithAFileAndRevealsItOnce)
@@ -390,6 +516,8 @@ TEST_F(Menu, commandsWithoutAViewerDoNothing)
 {
     delegate->openFile();
     delegate->showInFinder();
+    delegate->moveToTrash();
+    delegate->showKeyboardShortcuts();
     delegate->closeWindow();
     delegate->resizeWindowSmall();
     delegate->resizeWindowMedium();

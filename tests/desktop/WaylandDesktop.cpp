@@ -6,13 +6,15 @@
 
 namespace tallowmere::desktop {
 
-WaylandDesktop::WaylandDesktop(const std::filesystem::path &runtimeFolder) : m_environment(m_folders.environment())
+WaylandDesktop::WaylandDesktop(const std::filesystem::path &runtimeFolder, Shell shell)
+    : m_environment(m_folders.environment())
 {
     m_environment["XDG_RUNTIME_DIR"] = runtimeFolder;
     m_compositor = std::make_unique<Process>(
         Launch{// "debug" is what lets anybody take a picture of the output.
                .arguments = {"weston", "--backend=headless-backend.so", "--use-pixman", "--no-config", "--idle-time=0",
-                             "--debug", "--width=1280", "--height=800", "--socket=" + name()},
+                             shell == Shell::kiosk ? "--shell=kiosk-shell.so" : "--shell=desktop-shell.so", "--debug",
+                             "--width=1280", "--height=800", "--socket=" + name()},
                .environment = m_environment,
                .workingDirectory = m_folders.root(),
                .user = {}});

@@ -18,8 +18,14 @@ namespace tallowmere::desktop {
 class WaylandDesktop final
 {
 public:
+    enum class Shell
+    {
+        desktop, ///< windows have the sizes they ask for
+        kiosk    ///< every window fills the output, whatever it asks for
+    };
+
     /// @p runtimeFolder: the XDG_RUNTIME_DIR of the programs to be shown.
-    explicit WaylandDesktop(const std::filesystem::path &runtimeFolder);
+    explicit WaylandDesktop(const std::filesystem::path &runtimeFolder, Shell shell = Shell::desktop);
 
     /// For WAYLAND_DISPLAY.
     [[nodiscard]] static std::string name() { return "tallowmere-wayland"; }

@@ -135,37 +135,6 @@ TEST_F(BadInputTest, aMissingFileIsNamedAndTheFolderIsSteppedThrough)
     EXPECT_TRUE(waitForPicture("good.jpg", kGreen)) << situation();
 }
 
-TEST_F(BadInputTest, aMissingFolderLeavesANamedEmptyWindow)
-{
-    start({"/nowhere/at/all.jpg"});
-    EXPECT_TRUE(waitForTitle("Tallowmere • all.jpg")) << situation();
-    EXPECT_TRUE(program->waitForOutput("⚠️ Failed to load files from directory: /nowhere/at\n")) << situation();
-    input.press(key::kLeft);
-    waitUntilKeysAreDealtWith();
-    EXPECT_EQ(windows.title(window), "Tallowmere • all.jpg");
-}
-
-/// The program runs as an ordinary user in a folder that it can enter and not list.
-class UnlistableFolderTest : public OrdinaryUserTest
-{};
-
-TEST_F(UnlistableFolderTest, thePhotoStaysAndTwoWarningsAreLogged)
-{
-    const auto file = addPicture("b.jpg", kBlue);
-    addPicture("c.jpg", kRed);
-    fs::permissions(folders.pictures(), static_cast<fs::perms>(0311));
-    start({file.string()});
-    EXPECT_TRUE(waitForPicture("b.jpg", kBlue)) << situation();
-    EXPECT_TRUE(program->waitForOutput(
-        "⚠️ Failed to load files from directory: " + folders.pictures().string() +
-        "\n⚠️ Warning: Failed to load file list from directory containing: " + file.string() +
-        "\n   Arrow key navigation may not work. Requesting folder access...\n"))
-        << situation();
-    input.press(key::kLeft);
-    waitUntilKeysAreDealtWith();
-    EXPECT_TRUE(waitForPicture("b.jpg", kBlue)) << situation();
-}
-
 /// Words on the command line that are no files.
 class CommandLineTest : public E2ETest
 {

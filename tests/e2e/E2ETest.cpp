@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <sstream>
+#include <stdexcept>
 
 namespace tallowmere {
 
@@ -56,6 +57,7 @@ E2ETest::E2ETest(std::optional<uid_t> user, const desktop::DisplayOptions &optio
         std::filesystem::copy_file(TALLOWMERE_PROGRAM, programFile);
         std::filesystem::permissions(programFile, std::filesystem::perms{0755});
     }
+    writeSettings({});
 }
 
 E2ETest::~E2ETest()
@@ -92,8 +94,13 @@ std::filesystem::path E2ETest::addPicture(const std::string &name, const Colour 
 
 void E2ETest::writeSettings(const std::string &lines)
 {
-    std::filesystem::create_directories(folders.config() / "tallowmere");
-    desktop::writeFile(folders.config() / "tallowmere" / "tallowmere.ini", "[General]\n" + lines);
+    const auto folder = folders.config() / "tallowmere";
+    const auto file = folder / "tallowmere.ini";
+    std::filesystem::create_directories(folder);
+    desktop::writeFile(file, "[General]\nDefaultFileAssociationsSet=true\n" + lines);
+    if (m_user && ::geteuid() == 0 &&
+        (::chown(folder.c_str(), *m_user, *m_user) != 0 || ::chown(file.c_str(), *m_user, *m_user) != 0))
+        throw std::runtime_error("cannot give away the settings");
 }
 
 std::string E2ETest::settings() const

@@ -46,7 +46,8 @@ protected:
     std::filesystem::path addPicture(const std::string &name, const desktop::Colour &centre, int width = 640,
                                      int height = 480);
     std::filesystem::path addFile(const std::string &name, std::span<const std::byte> bytes);
-    /// Lines of the form "Key=value".
+    /// Lines of the form "Key=value". Settings of somebody who has launched the program before: so they are from the
+    /// beginning, for most launches are not the first.
     void writeSettings(const std::string &lines);
     /// The settings file's text.
     [[nodiscard]] std::string settings() const;

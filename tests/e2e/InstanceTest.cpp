@@ -26,6 +26,15 @@ protected:
         ASSERT_NE(at, std::string::npos) << text;
         bus->install(kApplication, text.replace(at, placeholder.size(), programFile.string()));
     }
+    /// A program that writes down what is asked of the file manager.
+    [[nodiscard]] desktop::Launch fileManagerMonitor() const
+    {
+        return {.arguments = {"dbus-monitor", "--address", bus->address(),
+                              "type='method_call',interface='org.freedesktop.FileManager1'"},
+                .environment = environment,
+                .workingDirectory = {},
+                .user = {}};
+    }
     void adoptActivated()
     {
         ASSERT_TRUE(waitUntil([&] { return bus->processOf(kApplication).has_value(); }));
@@ -173,12 +182,7 @@ TEST_F(InstanceTest, aFileBringsTheClosedWindowBack)
 TEST_F(InstanceTest, controlReturnAsksTheFileManagerForExactlyTheCurrentFile)
 {
     const auto spaced = addPicture("ü b#.jpg", kBlue);
-    desktop::Launch monitor{.arguments = {"dbus-monitor", "--address", bus->address(),
-                                          "type='method_call',interface='org.freedesktop.FileManager1'"},
-                            .environment = environment,
-                            .workingDirectory = {},
-                            .user = {}};
-    desktop::Process listener(monitor);
+    desktop::Process listener(fileManagerMonitor());
     ASSERT_TRUE(listener.waitForOutput("NameLost") || listener.waitForOutput("NameAcquired"));
     start({"ü b#.jpg"});
     ASSERT_TRUE(waitForPicture("ü b#.jpg", kBlue)) << situation();
@@ -187,6 +191,98 @@ TEST_F(InstanceTest, controlReturnAsksTheFileManagerForExactlyTheCurrentFile)
     EXPECT_TRUE(listener.waitForOutput(uri(folders.pictures()) + "/%C3%BC%20b%23.jpg\"")) << listener.output();
     const std::string heard = listener.output();
     EXPECT_EQ(heard.find("member=ShowItems"), heard.rfind("member=ShowItems")) << heard;
+}
+
+TEST_F(InstanceTest, controlReturnWithoutAFileDoesNothing)
+{
+    desktop::Process listener(fileManagerMonitor());
+    ASSERT_TRUE(listener.waitForOutput("NameLost") || listener.waitForOutput("NameAcquired"));
+    start();
+    input.control(desktop::key::kReturn);
+    waitUntilKeysAreDealtWith();
+    // What was asked for the file opened next comes first of all.
+    EXPECT_EQ(callApplication("Open", {uris({uri(a)}), "{}"}).status, 0);
+    ASSERT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    input.control(desktop::key::kReturn);
+    EXPECT_TRUE(listener.waitForOutput("/a.jpg\"")) << listener.output();
+    const std::string heard = listener.output();
+    EXPECT_EQ(heard.find("member=ShowItems"), heard.rfind("member=ShowItems")) << heard;
+}
+
+// A foreign address is refused wherever it stands; the first file is then the first of the list.
+
+TEST_F(InstanceTest, ofSeveralAddressesOverTheBusTheFirstFileCounts)
+{
+    start();
+    EXPECT_EQ(
+        callApplication("Open", {uris({"http://localhost/c.jpg", "trash:///c.jpg", uri(b), uri(a)}), "{}"}).status, 0);
+    EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+}
+
+TEST_F(InstanceTest, ofSeveralAddressesOnTheCommandLineTheFirstFileCounts)
+{
+    start({"http://localhost/c.jpg", "trash:///c.jpg", "b.jpg", "a.jpg"});
+    EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    EXPECT_EQ(program->errors(), "tallowmere: not a file on this computer: http://localhost/c.jpg\n"
+                                 "tallowmere: not a file on this computer: trash:///c.jpg\n");
+}
+
+TEST_F(InstanceTest, aPngRefusedByAProgramThatTheBusStartedLeavesTheIdleWindow)
+{
+    writeSettings("PNGSupportEnabled=false\n");
+    const auto png = addFile("x.png", photos::makePlainPng(300, 200, {224, 200, 24}));
+    installService();
+    EXPECT_EQ(callApplication("Open", {uris({uri(png)}), "{}"}).status, 0);
+    adoptActivated();
+    waitUntilKeysAreDealtWith();
+    EXPECT_EQ(windows.title(window), "Tallowmere");
+    EXPECT_TRUE(showsNoPicture()) << situation();
+}
+
+TEST_F(InstanceTest, withoutAWindowTheProgramEndsWithItsBus)
+{
+    start({"a.jpg"});
+    ASSERT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    windows.close(window);
+    ASSERT_TRUE(waitUntil([&] { return !windows.visible(window); })) << situation();
+    EXPECT_TRUE(program->running());
+    bus.reset();
+    EXPECT_EQ(program->waitForExit(), 0) << situation();
+}
+
+TEST_F(InstanceTest, withAWindowTheProgramOutlivesItsBus)
+{
+    start({"a.jpg"});
+    ASSERT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    bus.reset();
+    input.press(desktop::key::kLeft);
+    EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    waitUntilKeysAreDealtWith();
+    EXPECT_TRUE(program->running());
+}
+
+TEST_F(InstanceTest, aPictureOpenedFromThePanelOfAClosedWindowIsThereInItsOwnSizeWhenTheWindowComesBack)
+{
+    start();
+    input.control('o');
+    ASSERT_TRUE(waitUntil([&] { return windows.titled("Open").has_value(); })) << situation();
+    const auto panel = *windows.titled("Open");
+    windows.close(window);
+    ASSERT_TRUE(waitUntil([&] { return !windows.visible(window); })) << situation();
+    windows.activate(panel);
+    ASSERT_TRUE(waitUntil([&] { return windows.hasFocus(panel); })) << situation();
+    for (const char each : b.string())
+        input.type(each);
+    ASSERT_TRUE(waitUntil([&] {
+        input.press(desktop::key::kReturn); // the first may be the completion list's
+        return waitUntil([&] { return !windows.titled("Open"); }, std::chrono::seconds{1});
+    })) << situation();
+    EXPECT_TRUE(program->waitForOutput("✅ Successfully loaded 2 files from directory\n")) << situation();
+    EXPECT_FALSE(windows.visible(window)) << "it comes back when it is asked for";
+    EXPECT_EQ(callApplication("Activate", {"{}"}).status, 0);
+    adopt(program->id());
+    EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    EXPECT_TRUE(waitUntil([&] { return std::abs(windows.frame(window).width - 640) <= 2; })) << situation();
 }
 
 TEST_F(InstanceTest, interruptedFromATerminalTheProgramEnds)

@@ -3,13 +3,54 @@
 #include "benchmarks/PhotoFormats.h"
 #include "tests/e2e/E2ETest.h"
 
+#include <webp/encode.h>
+#include <webp/mux.h>
+
 #include <algorithm>
 #include <cstdlib>
+#include <stdexcept>
 
 namespace tallowmere {
 
 using desktop::Rectangle;
 using desktop::waitUntil;
+
+namespace {
+
+/// One frame a colour, a tenth of a second each.
+std::vector<std::byte> animatedWebp(int width, int height, const std::vector<desktop::Colour> &frames)
+{
+    const std::unique_ptr<WebPAnimEncoder, decltype(&WebPAnimEncoderDelete)> encoder(
+        WebPAnimEncoderNew(width, height, nullptr), &WebPAnimEncoderDelete);
+    int milliseconds = 0;
+    for (const auto &colour : frames) {
+        WebPPicture picture;
+        if (!encoder || !WebPPictureInit(&picture))
+            throw std::runtime_error("no WebP encoder");
+        picture.use_argb = 1;
+        picture.width = width;
+        picture.height = height;
+        const std::unique_ptr<WebPPicture, decltype(&WebPPictureFree)> owner(&picture, &WebPPictureFree);
+        if (!WebPPictureAlloc(&picture))
+            throw std::runtime_error("no memory for a WebP frame");
+        std::fill_n(picture.argb, static_cast<std::ptrdiff_t>(picture.argb_stride) * height,
+                    0xff000000U | static_cast<std::uint32_t>((colour.red << 16) | (colour.green << 8) | colour.blue));
+        if (!WebPAnimEncoderAdd(encoder.get(), &picture, milliseconds, nullptr))
+            throw std::runtime_error("a WebP frame was refused");
+        milliseconds += 100;
+    }
+    WebPData data;
+    WebPDataInit(&data);
+    if (!WebPAnimEncoderAdd(encoder.get(), nullptr, milliseconds, nullptr) ||
+        !WebPAnimEncoderAssemble(encoder.get(), &data))
+        throw std::runtime_error("the WebP animation was not finished");
+    const auto all = std::as_bytes(std::span(data.bytes, data.size));
+    std::vector<std::byte> bytes(all.begin(), all.end());
+    WebPDataClear(&data);
+    return bytes;
+}
+
+} // namespace
 
 class LaunchTest : public E2ETest
 {
@@ -35,9 +76,7 @@ TEST_F(LaunchTest, withoutAFileShowsTheIdleWindowCentredWith600By400Contents)
     // The menu bar is part of the window and not of its contents.
     EXPECT_GE(contents.height, 400 + 15);
     EXPECT_LE(contents.height, 400 + 45);
-    // The window is placed before the window manager has told how high its title bar is.
-    const int halfTitleBar = (windows.frame(window).height - contents.height) / 2;
-    EXPECT_TRUE(waitUntilCentred(1 + halfTitleBar)) << situation();
+    EXPECT_TRUE(waitUntilCentred()) << situation();
     EXPECT_TRUE(showsNoPicture());
     EXPECT_TRUE(program->running());
 }
@@ -143,6 +182,40 @@ TEST_F(LaunchTest, aPngWhilePngIsSwitchedOffLeavesTheIdleWindow)
     EXPECT_EQ(windows.title(window), "Tallowmere");
     EXPECT_TRUE(showsNoPicture()) << situation();
     EXPECT_EQ(program->output().find("Successfully"), std::string::npos);
+}
+
+TEST_F(LaunchTest, theOnlyFileBeingAPngWhilePngIsSwitchedOffLeavesTheIdleWindow)
+{
+    writeSettings("PNGSupportEnabled=false\n");
+    addFile("x.png", photos::makePlainPng(300, 200, {224, 200, 24}));
+    start({"x.png"});
+    waitUntilKeysAreDealtWith();
+    EXPECT_EQ(windows.title(window), "Tallowmere");
+    EXPECT_TRUE(showsNoPicture()) << situation();
+    EXPECT_EQ(program->output().find("Successfully loaded"), std::string::npos);
+}
+
+TEST_F(LaunchTest, anAnimatedWebpShowsItsFirstFrame)
+{
+    addFile("a.webp", animatedWebp(320, 240, {kGreen, kRed, kBlue}));
+    start({"a.webp"});
+    EXPECT_TRUE(waitForPicture("a.webp", kGreen)) << situation();
+    waitUntilKeysAreDealtWith();
+    EXPECT_TRUE(waitForPicture("a.webp", kGreen)) << "and stays there\n" << situation();
+}
+
+TEST_F(LaunchTest, theSettingForAnImageServiceChangesNeitherThePictureNorWhoDecodesIt)
+{
+    addPicture("a.jpg", kRed);
+    for (const char *value : {"true", "false"}) {
+        writeSettings(std::string("UseXPCService=") + value + "\n");
+        start({"a.jpg"});
+        EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << value << situation();
+        const auto tasks = std::filesystem::path("/proc") / std::to_string(program->id()) / "task";
+        for (const auto &task : std::filesystem::directory_iterator(tasks))
+            EXPECT_EQ(desktop::readFile(task.path() / "children"), "") << "another process was started";
+        program->end();
+    }
 }
 
 TEST_F(LaunchTest, aFileThatIsNoPictureByItsNameLeavesTheIdleWindow)

@@ -164,6 +164,13 @@ TEST_F(OverlayTest, anUnknownLocationOfTheNameIsTheTitle)
     EXPECT_FALSE(differsFromPicture(namePoint(kMargin + 75)));
 }
 
+TEST_F(OverlayTest, aLocationOfTheNameInTheWrongCaseIsTheTitle)
+{
+    startWith("a.png", "FileNameDisplayLocation=InCorner\nShowFileSize=false\nShowImageResolution=false\n");
+    EXPECT_TRUE(waitForTitle("Tallowmere • a.png")) << situation();
+    EXPECT_FALSE(differsFromPicture(namePoint(kMargin + 75)));
+}
+
 TEST_F(OverlayTest, whereThereIsNoRoomForBothTheNameGivesWay)
 {
     startWith("a.png", "FileNameDisplayLocation=inCorner\nShowFileSize=true\nShowImageResolution=true\n");

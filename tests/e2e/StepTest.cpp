@@ -151,6 +151,24 @@ TEST_F(StepTest, withPngSwitchedOffPngFilesAreNotInTheFolder)
     EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
 }
 
+TEST_F(StepTest, onlyFilesOfTheFormatsSwitchedOnAreCounted)
+{
+    for (const char *name : {"a.jpg", "b.jpeg", "c.png", "d.webp", "e.avif", "f.heic", "g.heif"})
+        addPicture(name, kRed);
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"", "7"},
+        {"PNGSupportEnabled=false\nAVIFSupportEnabled=false\n", "5"},
+        {"PNGSupportEnabled=false\nWebPSupportEnabled=false\nAVIFSupportEnabled=false\nHEICSupportEnabled=false\n",
+         "2"}};
+    for (const auto &[lines, count] : cases) {
+        writeSettings(lines);
+        start({"a.jpg"});
+        EXPECT_TRUE(program->waitForOutput("✅ Successfully loaded " + count + " files from directory\n"))
+            << situation();
+        program->end();
+    }
+}
+
 TEST_F(StepTest, theOnlyFileOfAFolderStaysWithEitherArrow)
 {
     addPicture("only.jpg", kGreen);

@@ -102,6 +102,7 @@ TEST_F(ReadOnlySettingsTest, aChangedSettingLastsAsLongAsTheProgram)
 {
     addPicture("a.jpg", kRed);
     addPicture("b.jpg", kGreen, 500, 400);
+    fs::remove_all(folders.config() / "tallowmere");
     fs::permissions(folders.config(), static_cast<fs::perms>(0555));
     start({"a.jpg"});
     EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
@@ -116,7 +117,8 @@ TEST_F(ReadOnlySettingsTest, aChangedSettingLastsAsLongAsTheProgram)
 class WaylandTest : public E2ETest
 {
 protected:
-    WaylandTest()
+    explicit WaylandTest(desktop::WaylandDesktop::Shell shell = desktop::WaylandDesktop::Shell::desktop)
+        : wayland(folders.root() / "run", shell)
     {
         environment.erase("DISPLAY");
         environment["WAYLAND_DISPLAY"] = desktop::WaylandDesktop::name();
@@ -133,7 +135,7 @@ protected:
         return waitUntil([&] { return std::abs(pixelsOf(colour) - expected) < expected / 20; });
     }
 
-    desktop::WaylandDesktop wayland{folders.root() / "run"};
+    desktop::WaylandDesktop wayland;
 };
 
 TEST_F(WaylandTest, aPhotoIsShownPixelForPixelAndTheNextOneAfterIt)
@@ -144,6 +146,44 @@ TEST_F(WaylandTest, aPhotoIsShownPixelForPixelAndTheNextOneAfterIt)
     EXPECT_TRUE(waitForCentre(kRed, 640, 480)) << pixelsOf(kRed) << '\n' << situation();
     EXPECT_EQ(callApplication("Open", {uris({uri(b)}), "{}"}).status, 0);
     EXPECT_TRUE(waitForCentre(kGreen, 500, 400)) << pixelsOf(kGreen) << '\n' << situation();
+    EXPECT_EQ(callApplication("ActivateAction", {"quit", "[]", "{}"}).status, 0);
+    EXPECT_EQ(program->waitForExit(), 0) << situation();
+}
+
+/// A compositor under which every window fills the output. Without a screen it shows none of them, so that what the
+/// program says has to do.
+class KioskTest : public WaylandTest
+{
+protected:
+    KioskTest() : WaylandTest(desktop::WaylandDesktop::Shell::kiosk) { setEnvironment("WAYLAND_DEBUG", "1"); }
+    /// While two pictures of the output are taken, the program has next to nothing to do.
+    [[nodiscard]] bool comesToRest()
+    {
+        return waitUntil([&] {
+            const auto before = program->processorTicks();
+            (void)wayland.capture();
+            (void)wayland.capture();
+            return program->processorTicks() <= before + 1;
+        });
+    }
+    [[nodiscard]] bool waitForTitleRequest(const std::string &name)
+    {
+        const std::string request = std::string("set_title(\"Tallowmere • ").append(name);
+        return waitUntil([&] { return program->errors().find(request) != std::string::npos; });
+    }
+};
+
+TEST_F(KioskTest, aCompositorThatGivesAnotherSizeIsNotFoughtOver)
+{
+    const auto b = addPicture("b.jpg", kGreen, 500, 400);
+    addPicture("a.jpg", kRed);
+    program = launch({"a.jpg"});
+    EXPECT_TRUE(waitForTitleRequest("a.jpg")) << situation();
+    EXPECT_TRUE(comesToRest()) << situation();
+    EXPECT_NE(program->errors().find(".configure(1280, 800, "), std::string::npos) << "it was given its own size";
+    EXPECT_EQ(callApplication("Open", {uris({uri(b)}), "{}"}).status, 0);
+    EXPECT_TRUE(waitForTitleRequest("b.jpg")) << situation();
+    EXPECT_TRUE(comesToRest()) << situation();
     EXPECT_EQ(callApplication("ActivateAction", {"quit", "[]", "{}"}).status, 0);
     EXPECT_EQ(program->waitForExit(), 0) << situation();
 }

@@ -81,6 +81,18 @@ TEST_F(Background, isNotRepaintedByAnAverageThatArrivesInTheIdleState)
     EXPECT_EQ(shown(), controller->windowBackgroundColor());
 }
 
+TEST_F(Background, isRepaintedByAnAverageThatArrivesWhileTheNextFileIsLoading)
+{
+    settings.setAutoResizeToImageSize(true);
+    controller->displayImage(cachedFile("a.jpg", imageOf(40, 30, 0xff006699)));
+    ASSERT_TRUE(averageIsBeingComputed());
+    launcher.runAll();
+    controller->displayImage(folder.write("slow.png", pngOf(40, 30, {200, 0, 0, 255})));
+    ASSERT_EQ(controller->currentImage(), nullptr);
+    mainQueue.runAll();
+    EXPECT_EQ(shown(), teal) << "results are applied as they arrive";
+}
+
 TEST_F(Background, isTheWindowColourWhenTheWindowDoesNotFollowTheImage)
 {
     const FileURL file = cachedFile("a.jpg");

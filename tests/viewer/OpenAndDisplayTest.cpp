@@ -5,6 +5,7 @@
 #include "tests/viewer/ViewerFixture.h"
 
 #include <QAccessible>
+#include <QFileDialog>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
@@ -75,6 +76,35 @@ TEST_F(OpenAndDisplay, ignoresAnAnswerAboutAccessAfterItsOwnEnd)
     CapturedOutput output;
     folderAccess.answers.front()(true);
     EXPECT_EQ(output.text(), QByteArray());
+}
+
+TEST_F(OpenAndDisplay, ignoresAnAnswerAboutAccessInTheIdleState)
+{
+    const FileURL file = folder.at("missing").appending("a.jpg");
+    cache->insertImage(file, imageOf(30, 20));
+    open(file);
+    controller->showIdleState();
+    folder.makeFolder("missing");
+    folder.write("missing/a.jpg");
+    CapturedOutput output;
+    folderAccess.answers.front()(true);
+    EXPECT_EQ(output.text(), QByteArray());
+    EXPECT_TRUE(controller->currentFile().empty()) << "no command may act on a file that is not shown";
+}
+
+TEST_F(OpenAndDisplay, thePanelThatIsOpenFollowsAChangeOfTheFormats)
+{
+    showWindow();
+    controller->showOpenPanel();
+    auto *panel = window->findChild<QFileDialog *>();
+    ASSERT_NE(panel, nullptr);
+    ASSERT_TRUE(panel->nameFilters().join(QChar()).contains(QStringLiteral("*.png")));
+    settings.setPngSupportEnabled(false);
+    controller->showOpenPanel();
+    EXPECT_EQ(window->findChildren<QFileDialog *>().size(), 1);
+    EXPECT_FALSE(panel->nameFilters().join(QChar()).contains(QStringLiteral("*.png")));
+    EXPECT_TRUE(panel->nameFilters().join(QChar()).contains(QStringLiteral("*.jpg")));
+    panel->close();
 }
 
 TEST_F(OpenAndDisplay, countsTheFilesOfTheFolderAndPrefetchesAroundTheOneOpened)
@@ -270,7 +300,7 @@ TEST_F(OpenAndDisplay, returnsToTheIdleState)
     EXPECT_TRUE(controller->fileListManager().fileURLs.isEmpty());
     EXPECT_EQ(controller->fileListManager().currentIndex, 0);
     EXPECT_EQ(window->windowTitle(), QStringLiteral("Tallowmere"));
-    EXPECT_EQ(imageView()->accessibleName(), QString());
+    EXPECT_EQ(imageView()->imageName(), QString());
     EXPECT_EQ(imageView()->backgroundColor(), controller->windowBackgroundColor());
     EXPECT_EQ(frame().size(), QSizeF(600, 400));
 }

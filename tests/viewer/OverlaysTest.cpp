@@ -161,6 +161,7 @@ TEST_F(Overlays, thePillIsAsWideAsItsTextAndTheTagNeed)
     EXPECT_EQ(tagCircle()->geometry(), QRect(8, 6, 12, 12));
     EXPECT_TRUE(tagCircle()->isVisible());
     EXPECT_EQ(tagCircle()->color(), standardColour(6));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(tagCircle())->text(QAccessible::Name), u"Red"_s);
 
     labels.stated = {};
     controller->updateFileTag(controller->currentFile());
@@ -377,7 +378,55 @@ TEST_F(Overlays, aScreenReaderFindsTheirTexts)
     ASSERT_TRUE(name);
     EXPECT_EQ(name->role(), QAccessible::StaticText);
     EXPECT_EQ(name->text(QAccessible::Name), u"a.jpg"_s);
-    EXPECT_EQ(imageView()->accessibleDescription(), u"2 MB"_s);
+    EXPECT_EQ(imageView()->imageDescription(), u"2 MB"_s);
+}
+
+TEST_F(Overlays, whatTheUserHasSwitchedOffIsNotReadOutEither)
+{
+    open(cachedFile("a.jpg"));
+    settle();
+    ASSERT_EQ(imageView()->imageDescription(), u"2 MB"_s);
+    showOnly(false, false, false);
+    controller->refreshFileInfo();
+    settle();
+    EXPECT_EQ(imageView()->imageDescription(), QString());
+    showOnly(true, false, false);
+    controller->refreshFileInfo();
+    settle();
+    EXPECT_EQ(imageView()->imageDescription(), u"2 MB"_s);
+    controller->updateFileInfo(controller->currentFile());
+    launcher.runAll();
+    showOnly(false, false, false);
+    controller->updateFileInfo(controller->currentFile());
+    EXPECT_EQ(imageView()->imageDescription(), QString());
+    settle();
+    EXPECT_EQ(imageView()->imageDescription(), QString()) << "nor by an answer that comes late";
+}
+
+QList<QAccessible::Event> announced; // an update handler is a plain function
+
+TEST_F(Overlays, nothingIsAnnouncedWhileNoScreenReaderRuns)
+{
+    ASSERT_FALSE(QAccessible::isActive());
+    announced.clear();
+    const auto before = QAccessible::installUpdateHandler([](QAccessibleEvent *event) { announced << event->type(); });
+    imageView()->setImageName(u"a"_s);
+    imageView()->setImageDescription(u"a"_s);
+    infoPill()->setText(u"a"_s);
+    tagCircle()->setLabelName(u"a"_s);
+    QAccessible::installUpdateHandler(before);
+    EXPECT_TRUE(announced.isEmpty());
+}
+
+TEST_F(Overlays, whatHasTheFocusIsReadOutAsThePictureOrAsHowToBegin)
+{
+    QAccessibleInterface *root = QAccessible::queryAccessibleInterface(controller->view());
+    ASSERT_TRUE(root);
+    EXPECT_TRUE(root->text(QAccessible::Name).contains(u"drop it here"_s));
+    open(cachedFile("a.jpg"));
+    settle();
+    EXPECT_EQ(root->text(QAccessible::Name), u"a.jpg"_s);
+    EXPECT_EQ(root->role(), QAccessible::Pane);
 }
 
 /// How well the text of a pill can be read on a picture: the contrast of the lightest and the darkest pixel.

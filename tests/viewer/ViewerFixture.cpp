@@ -36,7 +36,7 @@ ViewerFixture::ViewerFixture()
     settings.setAutoResizeWithAnimation(false);
     settings.setAutoResizeToImageSize(false);
     controller = std::make_unique<ViewController>(ViewController::Surroundings{
-        settings, loader, cache, scope, folderAccess, revealer, labels, attributes, mainQueue, launcher, shell});
+        settings, loader, cache, scope, folderAccess, revealer, trash, labels, attributes, mainQueue, launcher, shell});
     window->setCentralWidget(controller->view());
     window->resize(600, 400);
 }

@@ -11,6 +11,7 @@
 #include "settings/SettingsManager.h"
 #include "tests/doubles/MemoryDefaultsStore.h"
 #include "tests/doubles/RecordingScope.h"
+#include "tests/doubles/RecordingTrash.h"
 #include "tests/doubles/StatedFileFacts.h"
 #include "tests/doubles/SteppedQueues.h"
 #include "tests/doubles/TestFolder.h"
@@ -104,6 +105,7 @@ protected:
     std::shared_ptr<ImageLoader> loader;
     PendingFolderAccess folderAccess;
     RecordingRevealer revealer;
+    RecordingTrash trash;
     StatedLabel labels;
     StatedAttributes attributes;
     RecordingShell shell;

@@ -46,4 +46,18 @@ std::optional<Color> labelColour(const FileLabel &label, std::span<const Color> 
     return own && difference(*own, ofLabel) > kNoticeableDifference ? *own : ofLabel;
 }
 
+QString labelName(const FileLabel &label)
+{
+    static constexpr std::array<QLatin1StringView, kLabelCount> kNames{
+        QLatin1StringView("Gray"),   QLatin1StringView("Green"), QLatin1StringView("Purple"), QLatin1StringView("Blue"),
+        QLatin1StringView("Yellow"), QLatin1StringView("Red"),   QLatin1StringView("Orange")};
+    if (label.number >= 1 && label.number <= static_cast<int>(kLabelCount))
+        return kNames[static_cast<std::size_t>(label.number) - 1];
+    if (!label.colour)
+        return {};
+    const std::uint32_t code = std::uint32_t{label.colour->red} << 16U | std::uint32_t{label.colour->green} << 8U |
+                               std::uint32_t{label.colour->blue};
+    return QLatin1Char('#') + QString::number(code, 16).rightJustified(6, QLatin1Char('0'));
+}
+
 } // namespace tallowmere

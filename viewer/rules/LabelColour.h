@@ -5,6 +5,8 @@
 #include "imaging/Color.h"
 #include "platform/FileLabel.h"
 
+#include <QString>
+
 #include <array>
 #include <optional>
 #include <span>
@@ -23,5 +25,9 @@ inline constexpr std::size_t kLabelCount = 7;
 /// With fewer than seven @p standard colours only the file's own counts.
 [[nodiscard]] std::optional<Color> labelColour(const FileLabel &label,
                                                std::span<const Color> standard = standardLabelColours());
+
+/// How a label is called: "Red"; one that is nothing but a colour of its own by its code, "#00c8ff". Empty without
+/// a label.
+[[nodiscard]] QString labelName(const FileLabel &label);
 
 } // namespace tallowmere

@@ -71,6 +71,24 @@ TEST(LabelColour, withFewerThanSevenStandardColoursOnlyTheFilesOwnCounts)
     EXPECT_EQ(labelColour({1, FileLabel::Rgb{0, 0, 0}}, tooFew), (Color{0, 0, 0, 1}));
 }
 
+TEST(LabelName, isThatOfTheNumberWhateverItsColour)
+{
+    EXPECT_EQ(labelName({1, {}}), QStringLiteral("Gray"));
+    EXPECT_EQ(labelName({7, {}}), QStringLiteral("Orange"));
+    EXPECT_EQ(labelName({kRed, FileLabel::Rgb{0, 0xc8, 0xff}}), QStringLiteral("Red"));
+}
+
+TEST(LabelName, ofAMereColourIsItsCode)
+{
+    EXPECT_EQ(labelName({0, FileLabel::Rgb{0, 0x0c, 0xff}}), QStringLiteral("#000cff"));
+}
+
+TEST(LabelName, ofAFileWithoutALabelIsEmpty)
+{
+    EXPECT_EQ(labelName({}), QString());
+    EXPECT_EQ(labelName({8, {}}), QString());
+}
+
 TEST(LabelColour, standardColoursCanBeToldApart)
 {
     for (int a = 1; a <= 7; ++a) {
