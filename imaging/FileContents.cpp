@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "imaging/FileContents.h"
 
-#include <fcntl.h>
+#include "support/RegularFile.h"
+
 #include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -18,39 +18,15 @@ namespace {
 // instead of 7 here.
 constexpr std::size_t kLargePageBytes = std::size_t{2} << 20;
 
-class Descriptor
-{
-public:
-    // Without O_NONBLOCK, opening a FIFO would wait for somebody to write to it.
-    explicit Descriptor(const FileURL &file)
-        : m_number(::open(file.path().constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY))
-    {}
-    ~Descriptor()
-    {
-        if (m_number >= 0)
-            ::close(m_number);
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    [[nodiscard]] int number() const { return m_number; }
-
-private:
-    const int m_number;
-};
-
 } // namespace
 
 std::optional<FileContents> FileContents::read(const FileURL &file, std::size_t mostBytes)
 {
-    const Descriptor descriptor(file);
-    struct stat status = {};
-    if (descriptor.number() < 0 || ::fstat(descriptor.number(), &status) != 0 || !S_ISREG(status.st_mode))
-        return std::nullopt;
-    const auto size = static_cast<std::size_t>(status.st_size);
-    if (size > mostBytes)
+    const auto opened = RegularFile::open(file);
+    if (!opened || opened->size > mostBytes)
         return std::nullopt;
     FileContents contents;
-    if (size > 0 && (!contents.allocate(size) || !contents.fill(descriptor.number())))
+    if (opened->size > 0 && (!contents.allocate(opened->size) || !contents.fill(opened->descriptor.number())))
         return std::nullopt;
     return contents;
 }

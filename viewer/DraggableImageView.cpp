@@ -20,7 +20,7 @@ namespace tallowmere {
 namespace {
 
 /// Longer than somebody takes who steps through a folder.
-constexpr int kRestMilliseconds = 700;
+constexpr int kRestMilliseconds = 250;
 
 } // namespace
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/freedesktop/ExclusiveMove.h"
 
-#include "platform/freedesktop/FileDescriptor.h"
+#include "support/FileDescriptor.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/freedesktop/ReplacedFile.h"
 
+#include "support/FileDescriptor.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,25 +15,6 @@
 namespace tallowmere {
 
 namespace {
-
-class Descriptor final
-{
-public:
-    explicit Descriptor(int number) : m_number(number) {}
-    ~Descriptor()
-    {
-        if (m_number >= 0)
-            ::close(m_number);
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    [[nodiscard]] bool valid() const { return m_number >= 0; }
-    [[nodiscard]] int get() const { return m_number; }
-
-private:
-    const int m_number;
-};
 
 /// With the slash; empty for a name alone.
 QByteArray folderOf(const QByteArray &path)
@@ -100,17 +83,17 @@ std::optional<QByteArray> followedLinks(QByteArray path)
 
 WholeFile readWholeFile(const QByteArray &path, qint64 limit)
 {
-    const Descriptor file(::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const FileDescriptor file(::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat status = {};
-    if (!file.valid())
+    if (!file.isOpen())
         return {errno != ENOENT && errno != ENOTDIR, std::nullopt};
-    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > limit)
+    if (::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > limit)
         return {};
     QByteArray contents(status.st_size, Qt::Uninitialized);
     qsizetype filled = 0;
     while (filled < contents.size()) {
         const ssize_t got =
-            ::read(file.get(), contents.data() + filled, static_cast<std::size_t>(contents.size() - filled));
+            ::read(file.number(), contents.data() + filled, static_cast<std::size_t>(contents.size() - filled));
         if (got < 0 && errno != EINTR)
             return {};
         if (got == 0)
@@ -128,11 +111,11 @@ bool replaceWholeFile(const QByteArray &path, const QByteArray &contents)
     if (exists ? !mayReplace(path, old) : errno != ENOENT)
         return false;
     QByteArray beside;
-    const Descriptor file(makeBeside(path, beside));
-    if (!file.valid())
+    const FileDescriptor file(makeBeside(path, beside));
+    if (!file.isOpen())
         return false;
-    const bool replaced = (!exists || keepOwnerAndMode(file.get(), old)) && writeAll(file.get(), contents) &&
-                          ::fsync(file.get()) == 0 && ::rename(beside.constData(), path.constData()) == 0;
+    const bool replaced = (!exists || keepOwnerAndMode(file.number(), old)) && writeAll(file.number(), contents) &&
+                          ::fsync(file.number()) == 0 && ::rename(beside.constData(), path.constData()) == 0;
     if (!replaced)
         ::unlink(beside.constData());
     return replaced;

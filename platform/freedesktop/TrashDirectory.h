@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/freedesktop/FileDescriptor.h"
+#include "support/FileDescriptor.h"
 
 #include <QByteArray>
 #include <QString>

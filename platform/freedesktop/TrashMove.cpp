@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/freedesktop/TrashMove.h"
 
-#include "platform/freedesktop/FileDescriptor.h"
 #include "platform/freedesktop/TrashDirectory.h"
 #include "platform/freedesktop/TrashInfo.h"
 #include "platform/freedesktop/TrashMessages.h"
+#include "support/FileDescriptor.h"
 
 #include <QRandomGenerator>
 
