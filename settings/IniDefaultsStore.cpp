@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QLockFile>
 #include <QSettings>
 #include <QVariant>
 
@@ -42,7 +43,7 @@ class IniDefaultsStore::File
 public:
     explicit File(const QByteArray &path) : m_bytePath(path), m_path(QFile::decodeName(path))
     {
-        if (m_path.isEmpty())
+        if (m_path.isEmpty() || !isFileOrNothing())
             return;
         m_stamp = currentStamp();
         m_settings.emplace(m_path);
@@ -70,6 +71,8 @@ public:
         m_unsaved.insert(name, value);
         if (!m_settings)
             return;
+        if (!isFileOrNothing() || !lockIsFree())
+            return;
         makeFolder();
         for (auto unsaved = m_unsaved.constBegin(); unsaved != m_unsaved.constEnd(); ++unsaved)
             m_settings->setValue(unsaved.key(), *unsaved);
@@ -89,6 +92,22 @@ private:
         return m_settings->contains(name) && m_settings->value(name).toString() == value.toString();
     }
 
+    /// Opening a FIFO would wait for somebody to write to it.
+    [[nodiscard]] bool isFileOrNothing() const
+    {
+        struct stat found = {};
+        return ::stat(m_bytePath.constData(), &found) != 0 || S_ISREG(found.st_mode);
+    }
+
+    /// sync() would wait half a minute for a lock that a crash on another machine left behind.
+    [[nodiscard]] bool lockIsFree() const
+    {
+        constexpr int kPatience = 500; // ms
+        QLockFile lock(m_path + QStringLiteral(".lock"));
+        // Where no lock can be made, sync() fails at once, and says so.
+        return lock.tryLock(kPatience) || lock.error() != QLockFile::LockFailedError;
+    }
+
     /// Which state of the file this is; a write replaces it or changes its time.
     using Stamp = std::tuple<dev_t, ino_t, off_t, time_t, long>;
 
@@ -104,7 +123,7 @@ private:
     {
         // With unsaved values sync() would try to write them again; that is left to the next write.
         const Stamp now = currentStamp();
-        if (!m_unsaved.isEmpty() || now == m_stamp)
+        if (!m_unsaved.isEmpty() || now == m_stamp || !isFileOrNothing())
             return;
         m_settings->sync();
         m_stamp = now;

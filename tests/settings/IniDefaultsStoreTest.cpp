@@ -160,6 +160,31 @@ TEST_F(IniStore, aPlaceThatCannotBeWrittenKeepsTheValueForThisRun)
     EXPECT_EQ(m_folder.read("config"), "a file where the folder should be");
 }
 
+TEST_F(IniStore, aFifoInItsPlaceIsNotWaitedFor)
+{
+    (void)m_folder.makeFolder("config/tallowmere");
+    ASSERT_EQ(::mkfifo(path().constData(), 0600), 0);
+    IniDefaultsStore store(path());
+    EXPECT_FALSE(store.contains("ShowFileSize"));
+    store.setBool("ShowFileSize", true);
+    EXPECT_TRUE(store.boolForKey("ShowFileSize"));
+}
+
+TEST_F(IniStore, aLockLeftBehindOnAnotherMachineIsNotWaitedForUntilItIsStale)
+{
+    (void)m_folder.makeFolder("config/tallowmere");
+    const QByteArray lock = "1\ntallowmere\nanother-machine\n0123456789abcdef\nfedcba9876543210\n";
+    m_folder.write("config/tallowmere/tallowmere.ini.lock", lock);
+    IniDefaultsStore store(path());
+    store.setBool("ShowFileSize", true);
+    EXPECT_TRUE(store.boolForKey("ShowFileSize"));
+    EXPECT_EQ(m_folder.read("config/tallowmere/tallowmere.ini.lock"), lock) << "it was taken away";
+    EXPECT_EQ(fileText(), "") << "it was written past the lock";
+    ASSERT_EQ(::unlink((path() + ".lock").constData()), 0);
+    store.setBool("ShowFileTag", true);
+    EXPECT_TRUE(fileText().contains("ShowFileSize=true")) << "the next write brings it along";
+}
+
 TEST_F(IniStore, whatCouldNotBeWrittenIsTriedAgainWithTheNextWrite)
 {
     m_folder.write("config", "in the way");
