@@ -25,6 +25,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <optional>
@@ -32,6 +33,10 @@
 namespace {
 
 using namespace tallowmere;
+
+/// A move that is cut off leaves a note in the Trash of a file that is still at home. A dead network mount, on the
+/// other hand, is not to keep the program.
+constexpr std::chrono::seconds kTrashPatience{5};
 
 void preloadFirst(const QList<FileURL> &files)
 {
@@ -104,5 +109,7 @@ int main(int argc, char **argv)
     if (!line.files.isEmpty())
         theDelegate.applicationOpenFiles(line.files);
     starting = false;
-    leave(toolkit.run(pipeline));
+    const int status = toolkit.run(pipeline);
+    trash.finish(kTrashPatience);
+    leave(status);
 }

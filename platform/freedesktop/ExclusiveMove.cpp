@@ -49,12 +49,13 @@ int renameExclusively(const NameInFolder &from, const NameInFolder &to)
 
 int linkAndUnlink(const NameInFolder &from, const NameInFolder &to)
 {
+    const auto before = lookAt(from);
     if (::linkat(from.folder, from.name.constData(), to.folder, to.name.constData(), 0) != 0)
         return errno;
     const auto left = lookAt(from);
-    const auto arrived = lookAt(to);
-    // Somebody has put another file there meanwhile, or taken the name away: ours is safe at its new place.
-    if (!left || !arrived || !isSameFile(*left, *arrived))
+    // Somebody has put another file there meanwhile, or taken a name away: then both stay. The new name is not compared
+    // with the old one, since sshfs numbers the names of one file differently.
+    if (!before || !left || !lookAt(to) || !isSameFile(*before, *left))
         return 0;
     if (::unlinkat(from.folder, from.name.constData(), 0) == 0 || errno == ENOENT)
         return 0;

@@ -16,6 +16,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <mutex>
 #include <utility>
 
 namespace tallowmere {
@@ -89,6 +90,23 @@ FreedesktopTrash::FreedesktopTrash(const QByteArray &dataHome) : m_dataHome(File
 
 Trash::Moved FreedesktopTrash::trashItem(const FileURL &file)
 {
+    const std::shared_lock working(m_working);
+    return moveToTrash(file);
+}
+
+std::optional<QString> FreedesktopTrash::restoreItem(const FileURL &trashed, const FileURL &original)
+{
+    const std::shared_lock working(m_working);
+    return takeBack(trashed, original);
+}
+
+void FreedesktopTrash::finish(std::chrono::milliseconds patience)
+{
+    (void)m_working.try_lock_for(patience); // kept for good
+}
+
+Trash::Moved FreedesktopTrash::moveToTrash(const FileURL &file) const
+{
     const FileURL folderURL = file.deletingLastPathComponent();
     const FileDescriptor folder = openFolder(folderURL.path());
     const QByteArray realFolder = folder.isOpen() ? withoutLinks(folderURL.path()) : QByteArray();
@@ -109,7 +127,7 @@ Trash::Moved FreedesktopTrash::trashItem(const FileURL &file)
     return moveTo(openVolumeTrash(top), item, path).moved;
 }
 
-std::optional<QString> FreedesktopTrash::restoreItem(const FileURL &trashed, const FileURL &original)
+std::optional<QString> FreedesktopTrash::takeBack(const FileURL &trashed, const FileURL &original)
 {
     const FileURL files = trashed.deletingLastPathComponent();
     const FileURL folder = original.deletingLastPathComponent();

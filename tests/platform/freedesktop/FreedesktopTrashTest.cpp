@@ -1,8 +1,16 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
+#include "tests/platform/freedesktop/ChildProcess.h"
 #include "tests/platform/freedesktop/TrashFolders.h"
 
 #include <QDateTime>
+
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstring>
+#include <thread>
 
 namespace tallowmere::test {
 namespace {
@@ -175,6 +183,30 @@ TEST_F(FreedesktopTrashTest, aRestoreFromAnEmptiedTrashSaysSo)
     folder.remove("data/Trash");
     EXPECT_EQ(trash.restoreItem(trashed, file), QStringLiteral("“a.jpg” no longer exists."));
     EXPECT_EQ(pictures(), QList<QByteArray>());
+}
+
+TEST_F(FreedesktopTrashTest, whenItIsFinishedNoNoteIsLeftWithoutItsFile)
+{
+    constexpr int kFiles = 40;
+    for (int i = 0; i < kFiles; ++i)
+        (void)add(QByteArray::number(i) + ".jpg");
+    inChild([this] {
+        std::atomic<int> moved{0};
+        std::thread([&] {
+            for (int i = 0; i < kFiles; ++i, ++moved)
+                (void)trash.trashItem(folder.at("pictures").appending(QByteArray::number(i) + ".jpg"));
+        }).detach();
+        while (moved < 3)
+            std::this_thread::yield();
+        trash.finish(std::chrono::seconds{30});
+        _exit(0); // as the program ends: the mover is cut off wherever it is
+    });
+    QList<QByteArray> noted = notes();
+    for (QByteArray &each : noted)
+        each.chop(static_cast<qsizetype>(std::strlen(".trashinfo")));
+    EXPECT_EQ(noted, binned());
+    EXPECT_GE(noted.size(), 3);
+    EXPECT_LT(noted.size(), kFiles) << "the rest was not to begin";
 }
 
 TEST_F(FreedesktopTrashTest, longNamesAreShortenedInMessagesAndKeptOnOneLine)
