@@ -19,10 +19,12 @@ DecodePriority::Urgent::~Urgent()
     m_priority.m_passed.notify_all();
 }
 
-void DecodePriority::letUrgentPass()
+bool DecodePriority::letUrgentPass()
 {
     std::unique_lock lock(m_mutex);
+    const bool waits = m_urgent > 0;
     m_passed.wait(lock, [this] { return m_urgent == 0; });
+    return waits;
 }
 
 } // namespace tallowmere

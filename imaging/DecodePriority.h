@@ -25,8 +25,8 @@ public:
         DecodePriority &m_priority;
     };
 
-    /// Returns once no urgent decode is running. To be called now and then by the others.
-    void letUrgentPass();
+    /// Returns once no urgent decode is running, and whether one was. To be called now and then by the others.
+    bool letUrgentPass();
 
 private:
     std::mutex m_mutex;

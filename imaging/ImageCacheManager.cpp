@@ -88,22 +88,25 @@ bool ImageCacheManager::repeatsLastRequest(const QList<FileURL> &fileURLs, qint6
 void ImageCacheManager::schedule(const QList<FileURL> &fileURLs, qint64 currentIndex)
 {
     m_with.prefetchQueue.cancelAllOperations();
+    const unsigned request = ++m_request;
     const auto cached = [&](qint64 index) { return imageCache.contains(fileURLs[index]); };
     for (const auto &[index, quality] :
          prefetchPlan(fileURLs.size(), currentIndex, prefetchBefore, prefetchAfter, cached)) {
-        m_with.prefetchQueue.addOperation(quality, [weak = weak_from_this(), file = fileURLs[index]] {
+        m_with.prefetchQueue.addOperation(quality, [weak = weak_from_this(), file = fileURLs[index], request] {
             if (const auto self = weak.lock())
-                self->prefetch(file);
+                self->prefetch(file, request);
         });
     }
 }
 
-void ImageCacheManager::prefetch(const FileURL &file)
+void ImageCacheManager::prefetch(const FileURL &file, unsigned request)
 {
     const auto loader = m_loader.lock();
     if (!loader)
         return;
-    loader->letUrgentPass();
+    // The queue counts it as begun, but while it waits it has read nothing: a later request drops it all the same.
+    if (loader->letUrgentPass() && request != m_request)
+        return;
     const ImagePtr image = readAndDecode(file, *loader);
     if (!image)
         return;

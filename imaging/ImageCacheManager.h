@@ -66,12 +66,13 @@ public:
 private:
     [[nodiscard]] bool repeatsLastRequest(const QList<FileURL> &fileURLs, qint64 currentIndex);
     void schedule(const QList<FileURL> &fileURLs, qint64 currentIndex);
-    void prefetch(const FileURL &file);
+    void prefetch(const FileURL &file, unsigned request);
     [[nodiscard]] ImagePtr readAndDecode(const FileURL &file, const ImageLoader &loader);
 
     const Surroundings m_with;
     std::weak_ptr<ImageLoader> m_loader;
     std::function<void(const ImagePtr &)> m_prepare;
+    std::atomic<unsigned> m_request{0}; ///< the latest
     std::mutex m_oneLargeDecode;
     std::size_t m_bytesSinceAsked = 0; ///< main thread, as the next
     bool m_wasShort = false;

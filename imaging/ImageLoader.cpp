@@ -165,11 +165,13 @@ ImagePtr ImageLoader::decodePreview(std::span<const std::byte> file, int maxSize
 ImagePtr ImageLoader::readAndDecode(const FileURL &file, int maxSize, const Cancelled &cancelled,
                                     DecodeProgress &progress, const Completion &preview) const
 {
-    const DecodePriority::Urgent urgent(m_priority);
+    std::optional<DecodePriority::Urgent> urgent;
     ImagePtr image;
     {
         const ScopedAccess access(m_with.scope, file);
         if (const auto contents = FileContents::read(file)) {
+            // Not before: a file on a dead mount would keep all others from being decoded ahead.
+            urgent.emplace(m_priority);
             if (const ImagePtr quick = preview ? decodePreview(contents->bytes(), maxSize, cancelled) : nullptr)
                 preview(quick);
             image = decode(contents->bytes(), maxSize, cancelled, &progress);
@@ -202,6 +204,9 @@ void ImageLoader::preload(const FileURL &file, int maxSize)
     const auto preload = std::make_shared<Preload>(file, maxSize);
     {
         const std::lock_guard lock(m_mutex);
+        const auto isTheSame = [&](const auto &each) { return each->file == file && each->maxSize == maxSize; };
+        if (std::ranges::any_of(m_preloads, isTheSame))
+            return;
         m_preloads.push_back(preload);
     }
     m_with.launcher.launch(

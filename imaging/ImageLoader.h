@@ -55,7 +55,7 @@ public:
     /// decoded. Null when the bytes are no picture. Any thread.
     [[nodiscard]] ImagePtr decodeImage(std::span<const std::byte> file, int maxPixelSize) const;
     /// Returns when none that was asked for by loadImage() or preload() is being decoded. Any thread.
-    void letUrgentPass() const { m_priority.letUrgentPass(); }
+    bool letUrgentPass() const { return m_priority.letUrgentPass(); }
     /// Nothing for an image without a bitmap. Any thread.
     [[nodiscard]] std::optional<Color> calculateAverageColor(const Image &image) const;
 
