@@ -147,6 +147,7 @@ void MainMenu::buildWindowMenu(QMenuBar &menuBar)
                                        &MenuCommands::resizeWindowLarge, QKeySequence(Qt::CTRL | Qt::Key_3));
     resizeToImageMenuItem = addCheckItem(menu, u"resizeToImageMenuItem"_s, u"Fit to Image"_s,
                                          &MenuCommands::resizeWindowToImage, QKeySequence(Qt::CTRL | Qt::Key_4));
+    m_itemsForAllWindows << resizeSmallMenuItem << resizeMediumMenuItem << resizeLargeMenuItem << resizeToImageMenuItem;
     removeFirstItem(menu,
                     [](const QString &text) { return text.contains(u"Tab Bar"_s) || text.contains(u"tab bar"_s); });
 }

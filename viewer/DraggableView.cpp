@@ -3,6 +3,7 @@
 #include "viewer/DraggableView.h"
 
 #include "viewer/DraggingDestinationHandler.h"
+#include "viewer/KeyTable.h"
 
 #include <QDragEnterEvent>
 #include <QDragLeaveEvent>
@@ -50,9 +51,34 @@ void DraggableView::changeEvent(QEvent *event)
         Q_EMIT appearanceChanged();
 }
 
+/// A command key that is held down: a finger that stays a little too long must not bin the next file, too.
+bool DraggableView::countsNoMore(const QKeyEvent &event)
+{
+    const bool isRepeat = m_heldKey.isRepeat(event.key(), event.timestamp()) || event.isAutoRepeat();
+    return isRepeat && !repeatsWhileHeld({event.key(), event.modifiers(), event.nativeScanCode()});
+}
+
+bool DraggableView::event(QEvent *event)
+{
+    // Before the menu looks for a key of its own.
+    if (event->type() == QEvent::ShortcutOverride && countsNoMore(static_cast<const QKeyEvent &>(*event))) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+void DraggableView::keyReleaseEvent(QKeyEvent *event)
+{
+    m_heldKey.released(event->key(), event->timestamp());
+    QWidget::keyReleaseEvent(event);
+}
+
 void DraggableView::keyPressEvent(QKeyEvent *event)
 {
-    if (m_keyHandler)
+    if (countsNoMore(*event))
+        event->accept();
+    else if (m_keyHandler)
         m_keyHandler->keyDown(event);
     else
         QWidget::keyPressEvent(event);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "viewer/rules/DraggingInfo.h"
+#include "viewer/rules/HeldKey.h"
 
 #include <QWidget>
 
@@ -41,10 +42,12 @@ Q_SIGNALS:
     void appearanceChanged();
 
 protected:
+    bool event(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
@@ -52,10 +55,12 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
+    [[nodiscard]] bool countsNoMore(const QKeyEvent &event);
     [[nodiscard]] const DraggingInfo &dragInfo(const QDropEvent &event);
 
     DraggingDestinationHandler *m_draggingDelegate = nullptr;
     KeyHandler *m_keyHandler = nullptr;
+    HeldKey m_heldKey;
     std::optional<DraggingInfo> m_drag; ///< the one over the view; asking the other program again takes time
 };
 

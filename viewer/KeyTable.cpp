@@ -109,4 +109,19 @@ KeyCommand keyCommandFor(const KeyPress &press)
     return KeyCommand::none;
 }
 
+bool repeatsWhileHeld(const KeyPress &press)
+{
+    if (!press.modifiers.testFlag(Qt::ControlModifier))
+        return true;
+    switch (keyCommandFor(press)) {
+    case KeyCommand::zoomIn:
+    case KeyCommand::zoomOut:
+    case KeyCommand::earlierInList:
+    case KeyCommand::laterInList:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace tallowmere

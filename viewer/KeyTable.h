@@ -41,4 +41,8 @@ struct KeyPress
 /// The whole key table. Of the modifiers only Ctrl counts; Shift does so through the characters.
 [[nodiscard]] KeyCommand keyCommandFor(const KeyPress &press);
 
+/// Whether the key goes on having its effect while it is held down: steps and zooms do, other keys with Ctrl, the
+/// menu's among them, don't.
+[[nodiscard]] bool repeatsWhileHeld(const KeyPress &press);
+
 } // namespace tallowmere

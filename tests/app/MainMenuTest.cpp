@@ -4,6 +4,8 @@
 
 #include <QAction>
 #include <QActionEvent>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -49,6 +51,46 @@ TEST_F(Menu, aKeyHeldDownCountsOnce)
     launch();
     for (const QAction *item : window()->menuBar()->findChildren<QAction *>())
         EXPECT_FALSE(item->autoRepeat() && !item->shortcut().isEmpty()) << item->text().toStdString();
+}
+
+TEST_F(Menu, aPressThatXMadeOfAHeldKeyIsNoneForTheMenu)
+{
+    launch();
+    const auto isLeftToTheMenu = [this](QEvent::Type type, int key, quint64 time) {
+        QKeyEvent event(type, key, Qt::ControlModifier);
+        event.setTimestamp(time);
+        event.ignore();
+        QApplication::sendEvent(view(), &event);
+        return !event.isAccepted();
+    };
+    EXPECT_TRUE(isLeftToTheMenu(QEvent::ShortcutOverride, Qt::Key_Backspace, 1000));
+    (void)isLeftToTheMenu(QEvent::KeyRelease, Qt::Key_Backspace, 1660);
+    EXPECT_FALSE(isLeftToTheMenu(QEvent::ShortcutOverride, Qt::Key_Backspace, 1660)) << "of the release's moment";
+    (void)isLeftToTheMenu(QEvent::KeyRelease, Qt::Key_Backspace, 1700);
+    EXPECT_TRUE(isLeftToTheMenu(QEvent::ShortcutOverride, Qt::Key_Backspace, 1900)) << "pressed anew";
+}
+
+TEST_F(Menu, aHeldKeyThatTheMenuIsNotGivenBinsNothingEither)
+{
+    const FileURL a = photo("a.jpg");
+    (void)photo("b.jpg");
+    launch();
+    open(a);
+    for (const auto type : {QEvent::KeyRelease, QEvent::KeyPress}) {
+        QKeyEvent event(type, Qt::Key_Backspace, Qt::ControlModifier);
+        event.setTimestamp(1660);
+        QApplication::sendEvent(view(), &event);
+    }
+    settle();
+    EXPECT_TRUE(trash.trashed.empty());
+    // A step does repeat.
+    for (const auto type : {QEvent::KeyRelease, QEvent::KeyPress}) {
+        QKeyEvent event(type, Qt::Key_Right, Qt::NoModifier);
+        event.setTimestamp(1700);
+        QApplication::sendEvent(view(), &event);
+    }
+    settle();
+    EXPECT_EQ(delegate->viewController()->currentFile(), folder.at("b.jpg"));
 }
 
 TEST_F(Menu, everyKeyBelongsToExactlyOneItem)
