@@ -89,8 +89,26 @@ void DraggableImageView::setImageTransform(const ImageTransform &transform)
 {
     if (transform == m_transform)
         return;
+    // What lies around the image stays as it is: a panorama leaves most of the view free.
+    const QRect before = imageRect();
     m_transform = transform;
-    update();
+    update(before | imageRect());
+}
+
+QRect DraggableImageView::imageRect() const
+{
+    const double scale = devicePixelRatioF();
+    ImagePlacement fitted;
+    if (m_image && m_image->hasBitmap())
+        fitted = ImagePlacement::of(m_image->pixelSize(), size(), scale, m_scaling);
+    if (fitted.deviceSize.isEmpty())
+        return rect();
+    // Painting rounds to whole device pixels in its own way. Cut off before that: numbers beyond those of a view
+    // would not fit into whole ones.
+    const QRectF view = QRectF(rect()).adjusted(-1, -1, 1, 1);
+    const QRectF onDevice = fitted.transformed(m_transform, size(), scale).adjusted(-1, -1, 1, 1);
+    const QRectF inPoints(onDevice.topLeft() / scale, onDevice.size() / scale);
+    return (inPoints & view).toAlignedRect() & rect();
 }
 
 void DraggableImageView::setBackgroundColor(const QColor &color)

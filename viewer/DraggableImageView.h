@@ -86,6 +86,8 @@ protected:
 private:
     struct Source;
 
+    /// The points that the present image is painted on, and hardly more. Without an image, the whole view.
+    [[nodiscard]] QRect imageRect() const;
     [[nodiscard]] bool handleNativeGesture(QNativeGestureEvent *event);
     [[nodiscard]] Source sourceFor(const ImagePlacement &placement);
     [[nodiscard]] Source sourceOfMagnified();

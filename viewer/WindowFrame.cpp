@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/WindowFrame.h"
 
+#include "viewer/X11WindowState.h"
+
 #include <QEvent>
 #include <QVariantAnimation>
 #include <QWidget>
@@ -11,12 +13,14 @@
 
 namespace tallowmere {
 
-WindowFrame::WindowFrame(QWidget *window) : QObject(window), m_window(window)
+WindowFrame::WindowFrame(QWidget *window) : QObject(window), m_window(window), m_x11State(X11WindowState::of(*window))
 {
     m_window->installEventFilter(this);
     watchNativeWindow();
     m_decorationsAreKnown = m_window->isVisible() && !isComingOnScreen();
 }
+
+WindowFrame::~WindowFrame() = default;
 
 QMargins WindowFrame::decorations() const
 {
@@ -31,12 +35,19 @@ QRectF WindowFrame::frame() const
 
 bool WindowFrame::isHeldBySystem() const
 {
-    return m_window->isMaximized() || m_window->isFullScreen();
+    if (m_window->isMaximized() || m_window->isFullScreen())
+        return true;
+    return m_x11State && m_window->isVisible() && !isComingOnScreen() && m_x11State->isMaximisedInADirection();
 }
 
 void WindowFrame::releaseFromSystem()
 {
-    if (isHeldBySystem())
+    if (!isHeldBySystem())
+        return;
+    // For the whole maximised state, too: it stays on the window for a while after Qt has asked for its end.
+    if (m_x11State)
+        m_x11State->endMaximised();
+    if (m_window->isMaximized() || m_window->isFullScreen())
         m_window->setWindowState(m_window->windowState() & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
 }
 

@@ -8,6 +8,7 @@
 #include <QRectF>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -15,6 +16,8 @@ class QVariantAnimation;
 class QWidget;
 
 namespace tallowmere {
+
+class X11WindowState;
 
 /// Moves and sizes one window by its whole frame, at once or in an animation. Main thread.
 ///
@@ -33,11 +36,14 @@ public:
 
     /// @p window owns this.
     explicit WindowFrame(QWidget *window);
+    ~WindowFrame() override;
 
     /// The window with its decorations, in points; without them as long as the window has never been on the screen.
     [[nodiscard]] QRectF frame() const;
-    /// Maximised or full screen: the size is not ours to change.
+    /// Full screen, or maximised in at least one direction, as a window tiled to half the screen is: the size is not
+    /// ours to change.
     [[nodiscard]] bool isHeldBySystem() const;
+    /// A frame that is set from now on counts.
     void releaseFromSystem();
     [[nodiscard]] bool isAnimating() const { return !m_animation.isNull(); }
 
@@ -65,7 +71,8 @@ private:
     void cameOnScreen();
 
     QWidget *const m_window;
-    QPointer<QVariantAnimation> m_animation; ///< the one that owns the frame
+    const std::unique_ptr<X11WindowState> m_x11State; ///< null where windows are not X11's
+    QPointer<QVariantAnimation> m_animation;          ///< the one that owns the frame
     bool m_decorationsAreKnown = false;
     Rule m_ruleOnScreen;                       ///< to be applied when the window has come on the screen
     std::vector<Completion> m_waitForOnScreen; ///< whose frames are still to be applied

@@ -13,6 +13,9 @@ namespace {
 
 /// Messages to a window manager say who asks: 2 is a pager or task bar, whose wish is the user's.
 constexpr std::uint32_t kFromTaskBar = 2;
+/// What a message about a window's state asks for.
+constexpr std::uint32_t kRemoveState = 0;
+constexpr std::uint32_t kAddState = 1;
 
 std::string text(const std::vector<std::uint8_t> &bytes)
 {
@@ -142,9 +145,25 @@ void Windows::activate(WindowId window) const
 
 void Windows::maximise(WindowId window) const
 {
-    constexpr std::uint32_t kAdd = 1;
     send(window, "_NET_WM_STATE",
-         {kAdd, m_desktop.atom("_NET_WM_STATE_MAXIMIZED_VERT"), m_desktop.atom("_NET_WM_STATE_MAXIMIZED_HORZ"),
+         {kAddState, m_desktop.atom("_NET_WM_STATE_MAXIMIZED_VERT"), m_desktop.atom("_NET_WM_STATE_MAXIMIZED_HORZ"),
+          kFromTaskBar});
+}
+
+void Windows::maximiseVertically(WindowId window) const
+{
+    send(window, "_NET_WM_STATE", {kAddState, m_desktop.atom("_NET_WM_STATE_MAXIMIZED_VERT"), 0, kFromTaskBar});
+}
+
+void Windows::maximiseHorizontally(WindowId window) const
+{
+    send(window, "_NET_WM_STATE", {kAddState, m_desktop.atom("_NET_WM_STATE_MAXIMIZED_HORZ"), 0, kFromTaskBar});
+}
+
+void Windows::unmaximise(WindowId window) const
+{
+    send(window, "_NET_WM_STATE",
+         {kRemoveState, m_desktop.atom("_NET_WM_STATE_MAXIMIZED_VERT"), m_desktop.atom("_NET_WM_STATE_MAXIMIZED_HORZ"),
           kFromTaskBar});
 }
 

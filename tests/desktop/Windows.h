@@ -49,6 +49,11 @@ public:
     /// As a task bar does.
     void activate(WindowId window) const;
     void maximise(WindowId window) const;
+    /// Held between two edges of the work area, as a window tiled to half the screen is.
+    void maximiseVertically(WindowId window) const;
+    void maximiseHorizontally(WindowId window) const;
+    /// In whichever direction it is maximised.
+    void unmaximise(WindowId window) const;
     /// Frame position and contents size, as a drag of the user's would.
     void moveAndResize(WindowId window, const Rectangle &rectangle) const;
 

@@ -19,7 +19,6 @@ int main(int argc, char **argv)
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     qunsetenv("XDG_RUNTIME_DIR");
     qunsetenv("XDG_CURRENT_DESKTOP");
-    qunsetenv("QT_SCALE_FACTOR");
 
     // Before the application: googletest takes its own arguments away.
     ::testing::InitGoogleTest(&argc, argv);

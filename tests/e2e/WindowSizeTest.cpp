@@ -36,6 +36,22 @@ protected:
             return std::abs(centre.x - middle.x) <= 1 && std::abs(centre.y - middle.y) <= 1;
         });
     }
+    /// Any automatic resize would be seen in either direction.
+    void makeUnlikeAnyPicture()
+    {
+        windows.moveAndResize(window, {100, 60, 450, 350});
+        ASSERT_TRUE(waitUntil([&] {
+            return windows.contents(window).width == 450 && windows.contents(window).height == 350 &&
+                   windows.frame(window).x == 100 && windows.frame(window).y == 60;
+        })) << situation();
+    }
+    static constexpr const char *kHeldVertically = "_NET_WM_STATE_MAXIMIZED_VERT";
+    void holdVertically()
+    {
+        windows.maximiseVertically(window);
+        ASSERT_TRUE(waitUntil([&] { return windows.frame(window).height == screenAndKeys.workArea().height; }))
+            << situation();
+    }
     [[nodiscard]] static Rectangle around(const Point &centre, int width, int height)
     {
         return {centre.x - width / 2, centre.y - height / 2, width, height};
@@ -143,6 +159,74 @@ TEST_F(WindowSizeTest, aMaximisedWindowKeepsItsFrameWhenAnotherPictureComes)
     input.press(key::kRight);
     EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
     EXPECT_EQ(windows.frame(window), area) << situation();
+}
+
+TEST_F(WindowSizeTest, aWindowHeldBetweenTopAndBottomKeepsItsFrameWhenAnotherPictureComes)
+{
+    startFitted();
+    makeUnlikeAnyPicture();
+    holdVertically();
+    const Rectangle tall = windows.frame(window);
+    input.press(key::kLeft);
+    EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    input.press(key::kRight);
+    EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    EXPECT_EQ(windows.frame(window), tall) << situation();
+    EXPECT_TRUE(windows.hasState(window, kHeldVertically));
+}
+
+TEST_F(WindowSizeTest, aWindowHeldBetweenLeftAndRightKeepsItsFrameWhenAnotherPictureComes)
+{
+    startFitted();
+    makeUnlikeAnyPicture();
+    windows.maximiseHorizontally(window);
+    ASSERT_TRUE(waitUntil([&] { return windows.frame(window).width == screenAndKeys.workArea().width; }))
+        << situation();
+    const Rectangle wide = windows.frame(window);
+    input.press(key::kLeft);
+    EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    input.press(key::kRight);
+    EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    EXPECT_EQ(windows.frame(window), wide) << situation();
+    EXPECT_TRUE(windows.hasState(window, "_NET_WM_STATE_MAXIMIZED_HORZ"));
+}
+
+TEST_F(WindowSizeTest, control1EndsTheStateOfAWindowHeldInOneDirection)
+{
+    startFitted();
+    holdVertically();
+    const Point centre = windows.frame(window).centre();
+    input.control('1');
+    EXPECT_TRUE(waitForFrame(around(centre, 600, 400), 2)) << situation();
+    EXPECT_TRUE(waitUntil([&] { return !windows.hasState(window, kHeldVertically); })) << situation();
+    // It is the user's own size from now on.
+    waitUntilKeysAreDealtWith();
+    EXPECT_TRUE(waitForFrame(around(centre, 900, 600), 2)) << situation();
+}
+
+TEST_F(WindowSizeTest, control3EndsTheStateOfAWindowHeldInOneDirection)
+{
+    startFitted();
+    holdVertically();
+    const Rectangle area = screenAndKeys.workArea();
+    input.control('3');
+    EXPECT_TRUE(waitForFrame({area.x + 40, area.y + 40, area.width - 80, area.height - 80})) << situation();
+    EXPECT_TRUE(waitUntil([&] { return !windows.hasState(window, kHeldVertically); })) << situation();
+}
+
+TEST_F(WindowSizeTest, aWindowThatIsNoLongerHeldIsFittedToItsPictureAgain)
+{
+    startFitted();
+    holdVertically();
+    input.press(key::kLeft);
+    ASSERT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    windows.unmaximise(window);
+    ASSERT_TRUE(waitUntil([&] { return !windows.hasState(window, kHeldVertically); })) << situation();
+    input.press(key::kRight);
+    ASSERT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    input.press(key::kLeft);
+    EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    EXPECT_TRUE(waitUntil([&] { return std::abs(windows.frame(window).width - 800) <= 2; })) << situation();
 }
 
 TEST_F(WindowSizeTest, settingsSurviveTheProgram)

@@ -6,6 +6,8 @@
 #include "viewer/DisplayPreparation.h"
 
 #include <QImage>
+#include <QPaintEvent>
+#include <QRegion>
 #include <QTest>
 
 #include <cmath>
@@ -76,6 +78,85 @@ protected:
     std::shared_ptr<DisplayPreparation> preparation = std::make_shared<DisplayPreparation>(settings);
     DraggableImageView view{preparation, launcher, mainQueue};
 };
+
+/// What a widget on the screen is asked to paint.
+class PaintedRegion final : public QObject
+{
+public:
+    explicit PaintedRegion(QWidget &widget) : m_widget(widget)
+    {
+        widget.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&widget, 30'000));
+        QCoreApplication::processEvents();
+        widget.installEventFilter(this);
+    }
+    /// By @p change alone.
+    template <typename Change>
+    [[nodiscard]] QRegion after(const Change &change)
+    {
+        m_region = {};
+        change();
+        // At once, and not with the next frame.
+        QCoreApplication::sendPostedEvents(&m_widget, QEvent::UpdateRequest);
+        QCoreApplication::processEvents();
+        return m_region;
+    }
+
+private:
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            m_region += static_cast<QPaintEvent *>(event)->region();
+        return false;
+    }
+
+    QWidget &m_widget;
+    QRegion m_region;
+};
+
+TEST_F(ZoomedPainting, aPanLeavesTheFreeMarginsAlone)
+{
+    view.setImage(chart(400, 20)); // 10 points high in the view, 30 when magnified
+    zoom(3.0);
+    PaintedRegion region(view);
+    const QRegion panned = region.after([&] { zoom(3.0, {20, 0}); });
+    EXPECT_TRUE(panned.contains(QRect(0, 35, 200, 30)));
+    EXPECT_FALSE(panned.intersects(QRect(0, 0, 200, 32)));
+    EXPECT_FALSE(panned.intersects(QRect(0, 68, 200, 32)));
+}
+
+TEST_F(ZoomedPainting, whatTheImageLeavesAndWhatItReachesIsPaintedAnew)
+{
+    view.setImage(imageOf(40, 20, 0xffcc2200));
+    zoom(2.0);
+    PaintedRegion region(view);
+    const QRect whole(60, 30, 80, 40);
+    const QRegion reduced = region.after([&] { zoom(0.5); });
+    EXPECT_TRUE(reduced.contains(whole)) << "where it was";
+    EXPECT_FALSE(reduced.intersects(QRect(0, 0, 57, 100)));
+    EXPECT_FALSE(reduced.intersects(QRect(0, 73, 200, 27)));
+    EXPECT_TRUE(region.after([&] { zoom(2.0); }).contains(whole)) << "where it comes";
+    const QRegion moved = region.after([&] { zoom(2.0, {20, -10}); });
+    EXPECT_TRUE(moved.contains(whole)) << "where it was";
+    EXPECT_TRUE(moved.contains(whole.translated(40, 20))) << "where it comes";
+}
+
+TEST_F(ZoomedPainting, aChangeThatConcernsMoreThanTheImagePaintsTheWholeView)
+{
+    view.setImage(imageOf(40, 20, 0xffcc2200));
+    PaintedRegion region(view);
+    EXPECT_EQ(region.after([&] {
+        zoom(2.0);
+        view.setBackgroundColor(Qt::white);
+    }),
+              QRegion(view.rect()));
+    EXPECT_EQ(region.after([&] {
+        zoom(1.0);
+        view.setImage({});
+    }),
+              QRegion(view.rect()));
+    EXPECT_EQ(region.after([&] { zoom(3.0); }), QRegion(view.rect())) << "without an image";
+}
 
 TEST_F(ZoomedPainting, magnifiedPixelsAreSharpSquares)
 {
