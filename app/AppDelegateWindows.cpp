@@ -59,6 +59,7 @@ void AppDelegate::showSettings()
             m_with.settings, {m_with.cache->prefetchBefore.load(), m_with.cache->prefetchAfter.load()});
         connectSettings();
         m_settingsWindow = makeWindow(u"Settings"_s, m_settingsViewController, kSettingsSize);
+        closeOnEscape(m_settingsWindow.get());
     }
     m_settingsWindow->makeKeyAndOrderFront();
     scheduleFirstResponderOf(m_with.mainQueue, m_settingsViewController);

@@ -19,7 +19,7 @@ struct Shades
     QRgb disabled;
 };
 
-constexpr Shades kDark{0xff2b2b2e, 0xff1f1f21, 0xff38383b, 0xfff0f0f0, 0xff85858a};
+constexpr Shades kDark{0xff2b2b2e, 0xff3a3a3e, 0xff38383b, 0xfff0f0f0, 0xff85858a};
 constexpr Shades kLight{0xfff0f0f0, 0xffffffff, 0xfff0f0f0, 0xff1b1b1d, 0xff9a9a9e};
 
 QPalette paletteOf(const Shades &shades)

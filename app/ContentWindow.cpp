@@ -47,7 +47,9 @@ void ContentWindow::fitToContent()
 void ContentWindow::centre()
 {
     const QRect available = screen()->availableGeometry();
-    move(available.center() - QRect(QPoint(), size()).center());
+    const QPoint middle = available.center() - QRect(QPoint(), size()).center();
+    // On a small screen the beginning counts: the title and the first rows.
+    move(std::max(middle.x(), available.left()), std::max(middle.y(), available.top()));
 }
 
 void ContentWindow::makeKeyAndOrderFront()

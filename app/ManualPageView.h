@@ -17,11 +17,14 @@ class ManualPageView final : public QPlainTextEdit
     Q_OBJECT
 
 public:
-    explicit ManualPageView(QWidget *parent = nullptr);
+    /// @p manFolder is looked into before the system's own.
+    explicit ManualPageView(const QString &manFolder = besideTheProgram(), QWidget *parent = nullptr);
     ~ManualPageView() override;
 
 private:
-    void startMan();
+    /// Where an installed program has its page, whatever its prefix.
+    [[nodiscard]] static QString besideTheProgram();
+    void startMan(const QString &manFolder);
     void showPage();
     void showThatThereIsNone();
 

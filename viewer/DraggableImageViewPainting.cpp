@@ -94,9 +94,12 @@ void DraggableImageView::paintEvent(QPaintEvent *event)
     ImagePlacement fitted;
     if (m_image && m_image->hasBitmap())
         fitted = ImagePlacement::of(m_image->pixelSize(), size(), devicePixelRatioF(), m_scaling);
+    const bool isMagnified = m_transform.sampling == ImageTransform::Sampling::nearest;
     if (fitted.deviceSize.isEmpty())
         fillBackground(painter, event->region());
-    else if (m_transform.sampling == ImageTransform::Sampling::nearest)
+    else if (isMagnified && m_image->isPreview())
+        paintReduced(painter, event->region(), fitted); // its own pixels are on their way, and bring the zoom with them
+    else if (isMagnified)
         paintMagnified(painter, event->region(), fitted);
     else
         paintReduced(painter, event->region(), fitted.reduced(m_transform, size(), devicePixelRatioF()));

@@ -5,7 +5,9 @@
 #include "settings/SettingsManager.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 namespace tallowmere {
@@ -52,8 +54,10 @@ QFileDialog *makeOpenPanel(QWidget *parent, const FileURL &folder)
     panel->setAcceptMode(QFileDialog::AcceptOpen);
     panel->setFileMode(QFileDialog::ExistingFile);
     panel->setOption(QFileDialog::HideNameFilterDetails);
-    panel->setDirectory(folder.empty() ? QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)
-                                       : QFile::decodeName(folder.path()));
+    // A program that the bus has started runs in no folder of the user's.
+    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    const QString first = QFileInfo(pictures).isDir() ? pictures : QDir::homePath();
+    panel->setDirectory(folder.empty() ? first : QFile::decodeName(folder.path()));
     return panel;
 }
 

@@ -126,6 +126,7 @@ void Pill::paintEvent(QPaintEvent *)
     painter.setPen(look.text);
     painter.setClipRect(body);
     const QRectF room = body.adjusted(m_textLeading, 0, 0, 0);
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto); // the text's own, not the window's
     painter.drawText(room, Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine, shownText());
 }
 

@@ -121,6 +121,7 @@ void ViewController::displayImage(const FileURL &file)
     const bool averageApplied = applyBackgroundFor(file);
 
     if (const ImagePtr cached = m_with.cache->imageCache.find(file)) {
+        m_progressSign->stop();
         showImage(file, cached, averageApplied);
         return;
     }
@@ -131,25 +132,29 @@ void ViewController::displayImage(const FileURL &file)
 
 void ViewController::load(const FileURL &file, bool averageApplied)
 {
-    const auto preview = [self = QPointer(this), file, display = m_displays](const ImagePtr &image) {
+    const auto wasSeen = std::make_shared<bool>(false);
+    const auto preview = [self = QPointer(this), file, wasSeen, display = m_displays](const ImagePtr &image) {
         auto *controller = self.data();
         if (controller && display == controller->m_displays)
-            controller->showPreview(file, image);
+            *wasSeen = controller->showPreview(file, image);
     };
-    const auto completion = [self = QPointer(this), file, averageApplied, display = m_displays](const ImagePtr &image) {
+    const auto completion =
+        [self = QPointer(this), file, averageApplied, wasSeen, display = m_displays](const ImagePtr &image) {
         auto *controller = self.data();
         if (!controller)
             return;
         const bool isLatest = display == controller->m_displays;
+        // Who has seen it and gone on does not want it back, and an emptied window stays empty.
+        if (image && !isLatest && (*wasSeen || controller->isIdle()))
+            return;
+        if (isLatest)
+            controller->m_progressSign->stop();
         if (image && isLatest && controller->showsPreviewOf(image))
             return controller->replacePreview(file, image, averageApplied);
         if (image)
             return controller->showImage(file, image, averageApplied);
-        if (isLatest) {
-            controller->m_progressSign->stop();
-            if (const ImagePtr &shown = controller->m_imageView->image(); shown && shown->isPreview())
-                controller->m_imageView->setImage(nullptr);
-        }
+        if (const ImagePtr &shown = controller->m_imageView->image(); isLatest && shown && shown->isPreview())
+            controller->m_imageView->setImage(nullptr);
         controller->listingMayStart();
     };
     if (auto progress = m_with.loader->loadImage(file, kMaximumPixelSize, completion, preview))
@@ -158,7 +163,6 @@ void ViewController::load(const FileURL &file, bool averageApplied)
 
 void ViewController::showImage(const FileURL &file, const ImagePtr &image, bool averageApplied)
 {
-    m_progressSign->stop();
     m_imageView->setImage(image);
     m_idleScreen->hide();
     updateTransparencyBackground();
@@ -190,15 +194,16 @@ void ViewController::fitToNewImage(const FileURL &file, const ImagePtr &image)
     }
 }
 
-/// The picture as far as the eye is concerned. What is computed from pixels waits for all of them.
-void ViewController::showPreview(const FileURL &file, const ImagePtr &image)
+/// The picture as far as the eye is concerned. What is computed from pixels waits for all of them. Answers whether it
+/// is shown.
+bool ViewController::showPreview(const FileURL &file, const ImagePtr &image)
 {
     // The screen may have turned out larger than it looked when the decode began: rather later than blurred.
     const PixelSize wanted = m_preparation->copySizeFor(*image);
     const PixelSize had = image->decoded().pixels.size();
     const bool isMagnified = !m_with.settings.autoResizeToImageSize() && currentZoomScale() > 1.0;
     if (isMagnified || wanted.width > had.width || wanted.height > had.height)
-        return;
+        return false;
     m_progressSign->stop();
     m_imageView->setImage(image);
     updateTransparencyBackground();
@@ -206,6 +211,7 @@ void ViewController::showPreview(const FileURL &file, const ImagePtr &image)
     fitToNewImage(file, image);
     if (m_view->isVisible())
         m_imageView->repaint();
+    return true;
 }
 
 bool ViewController::showsPreviewOf(const ImagePtr &image) const

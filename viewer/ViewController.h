@@ -194,7 +194,7 @@ private:
     void load(const FileURL &file, bool averageApplied);
     void showImage(const FileURL &file, const ImagePtr &image, bool averageApplied);
     void fitToNewImage(const FileURL &file, const ImagePtr &image);
-    void showPreview(const FileURL &file, const ImagePtr &image);
+    bool showPreview(const FileURL &file, const ImagePtr &image);
     [[nodiscard]] bool showsPreviewOf(const ImagePtr &image) const;
     void replacePreview(const FileURL &file, const ImagePtr &image, bool averageApplied);
     bool applyBackgroundFor(const FileURL &file);
@@ -281,7 +281,7 @@ private:
 
     std::optional<UndoState> m_undoState;
     bool m_isUndoing = false;
-    FileURL m_fileBeingTrashed; ///< empty when none is
+    QList<FileURL> m_filesBeingTrashed;
     QColor m_resolvedWindowColor;
     FileURL m_lastOpened;
 };

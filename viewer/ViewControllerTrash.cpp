@@ -43,9 +43,9 @@ void ViewController::moveCurrentFileToTrash()
 {
     const FileURL file = currentFile();
     // A second press while the disk is still at work means the same file: there is nothing more to do with it.
-    if (file.empty() || file == m_fileBeingTrashed)
+    if (file.empty() || m_filesBeingTrashed.contains(file))
         return;
-    m_fileBeingTrashed = file;
+    m_filesBeingTrashed.append(file);
     const qint64 last = m_fileListManager->fileURLs.size() - 1;
     const qint64 index = m_fileListManager->currentIndex;
     const TrashedEntry entry{file.deletingLastPathComponent(), index, last == 0, index == last};
@@ -64,15 +64,15 @@ void ViewController::moveCurrentFileToTrash()
                     controller->setUndoState(state);
             });
         }
-        mainQueue.async([self, moved, entry] {
+        mainQueue.async([self, file, moved, entry] {
             auto *controller = self.data();
             if (!controller)
                 return;
-            controller->m_fileBeingTrashed = {};
-            if (moved.succeeded)
-                controller->updateListAfterMove(entry);
-            else
+            controller->m_filesBeingTrashed.removeOne(file);
+            if (!moved.succeeded)
                 showAlert(controller->window(), tr("Failed to Move File to Trash"), moved.error);
+            else if (!controller->isIdle()) // else the window was closed meanwhile, and stays empty
+                controller->updateListAfterMove(entry);
         });
     });
 }
@@ -104,12 +104,12 @@ void ViewController::undoMoveToTrash()
     if (!m_undoState || std::exchange(m_isUndoing, true))
         return;
     m_with.launcher.launch("com.tallowmere.restore", QualityOfService::userInitiated,
-                           [self = QPointer(this), state = *m_undoState, &trash = m_with.trash, &scope = m_with.scope,
-                            &mainQueue = m_with.mainQueue] {
+                           [self = QPointer(this), state = *m_undoState, wasIdle = isIdle(), &trash = m_with.trash,
+                            &scope = m_with.scope, &mainQueue = m_with.mainQueue] {
         if (!self)
             return;
         const std::optional<UndoRefusal> refusal = takeBack(state, trash, scope);
-        mainQueue.async([self, state, refusal] {
+        mainQueue.async([self, state, wasIdle, refusal] {
             auto *controller = self.data();
             if (!controller)
                 return;
@@ -117,7 +117,7 @@ void ViewController::undoMoveToTrash()
             controller->setUndoState(std::nullopt);
             if (refusal)
                 showAlert(controller->window(), refusal->message, refusal->reason);
-            else
+            else if (wasIdle || !controller->isIdle()) // as after a move
                 controller->showRestoredFile(state);
         });
     });

@@ -105,6 +105,7 @@ TEST(AboutText, aBundleThatCantBeReadHasAllTheFallbacks)
 TEST(AboutText, theProgramsOwnBundleIsComplete)
 {
     const BundleInformation &own = BundleInformation::main();
+    EXPECT_EQ(own.string(u"CFBundleIdentifier"_s), u"app.tallowmere.Tallowmere"_s);
     EXPECT_EQ(own.string(u"CFBundleName"_s), u"Tallowmere"_s);
     EXPECT_EQ(own.string(u"CFBundleShortVersionString"_s), QLatin1String(TALLOWMERE_VERSION));
     EXPECT_TRUE(own.string(u"CFBundleVersion"_s).has_value());

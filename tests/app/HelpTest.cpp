@@ -99,25 +99,31 @@ TEST_F(Help, keyboardShortcutsShowsTheListInOneWindowThatEscapeCloses)
 
 TEST_F(Help, theManualPageIsWhatManSays)
 {
-    const QByteArray text = ".TH TALLOWMERE 1\n.SH NAME\ntallowmere \\- shows a photo\n";
-    folder.makeFolder("man1");
-    folder.write("man1/tallowmere.1", text);
-    const ScopedEnvironment manpath("MANPATH", QByteArray(folder.path()));
     launch();
     delegate->showManualPage();
     const QWidget *shown = windowTitled(u"Manual Page"_s);
     ASSERT_NE(shown, nullptr);
     const auto *page = shown->findChild<ManualPageView *>();
     ASSERT_NE(page, nullptr);
-    EXPECT_TRUE(QTest::qWaitFor([page] { return page->toPlainText().contains(u"shows a photo"_s); }, 60'000))
+    EXPECT_TRUE(QTest::qWaitFor([page] { return page->toPlainText().contains(u"step through its folder"_s); }, 60'000))
         << page->toPlainText().toStdString();
     EXPECT_TRUE(page->isReadOnly());
 }
 
+TEST_F(Help, whatTheUserHasSetForATerminalDoesNotReachThePage)
+{
+    const ScopedEnvironment formatting("MAN_KEEP_FORMATTING", "1");
+    const ScopedEnvironment options("MANOPT", "-Tps");
+    const ManualPageView page;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return page.toPlainText().contains(u"NAME\n"_s); }, 60'000))
+        << page.toPlainText().toStdString();
+}
+
 TEST_F(Help, aMissingManualPageIsSaidToBeMissing)
 {
+    const QString nowhere = QFile::decodeName(folder.path());
     const ScopedEnvironment manpath("MANPATH", QByteArray(folder.path()));
-    ManualPageView page;
+    const ManualPageView page(nowhere);
     EXPECT_TRUE(QTest::qWaitFor([&] { return page.toPlainText() == u"The manual page is not installed."_s; }, 60'000));
 }
 

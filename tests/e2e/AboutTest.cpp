@@ -52,6 +52,26 @@ TEST_F(AboutTest, aboutIs400By240InTheMiddleOfTheWorkArea)
     EXPECT_NEAR(contents.centre().y, area.centre().y, 30);
 }
 
+TEST_F(AboutTest, aPngThatIsRefusedDoesNotBringTheClosedViewerForward)
+{
+    writeSettings("AutoResizeToImageSize=false\nFileNameDisplayLocation=off\nPNGSupportEnabled=false\n");
+    const auto jpeg = addPicture("a.jpg", kRed);
+    const auto png = addFile("x.png", photos::makePlainPng(300, 200, {224, 200, 24}));
+    start({"a.jpg"});
+    ASSERT_TRUE(screen.waitForColour(windows.contents(window).centre(), kRed)) << situation();
+    showAbout();
+    const WindowId about = waitForWindow("About Tallowmere");
+    windows.close(window);
+    ASSERT_TRUE(waitUntilGone("Tallowmere")) << situation();
+    EXPECT_EQ(callApplication("Open", {uris({uri(png)}), "{}"}).status, 0);
+    switchTo(about);
+    input.press(key::kEscape); // after the request
+    EXPECT_TRUE(waitUntilGone("About Tallowmere")) << situation();
+    EXPECT_EQ(countTitled("Tallowmere"), 0) << situation();
+    EXPECT_EQ(callApplication("Open", {uris({uri(jpeg)}), "{}"}).status, 0);
+    EXPECT_TRUE(waitUntil([&] { return countTitled("Tallowmere") == 1; })) << situation();
+}
+
 TEST_F(AboutTest, choosingAboutTwiceShowsOneAboutWindow)
 {
     startWithPicture();

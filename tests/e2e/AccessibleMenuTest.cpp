@@ -172,6 +172,22 @@ TEST_F(AccessibleMenuTest, showInFinderAsksTheFileManager)
     EXPECT_NE(listener.output().find("member=ShowItems"), std::string::npos) << listener.output();
 }
 
+TEST_F(AccessibleMenuTest, withAllFourFormatSwitchesOffTheOpenPanelOffersJpegFilesOnly)
+{
+    writeSettings("PNGSupportEnabled=false\nWebPSupportEnabled=false\nAVIFSupportEnabled=false\n"
+                  "HEICSupportEnabled=false\n");
+    addPicture("B.JPG", kGreen);
+    for (const char *name : {"x.png", "x.webp", "x.avif", "x.heic"})
+        addFile(name, {});
+    startWithPicture();
+    press("Open...");
+    const Accessible dialog = openWindow("Open");
+    EXPECT_TRUE(waitUntil(
+        [&] { return dialog.find("tree item", "a.jpg").exists() && dialog.find("tree item", "B.JPG").exists(); }));
+    for (const char *name : {"x.png", "x.webp", "x.avif", "x.heic"})
+        EXPECT_FALSE(dialog.find("tree item", name).exists()) << name;
+}
+
 TEST_F(AccessibleMenuTest, openShowsADialogThroughWhichAFileIsOpened)
 {
     addPicture("b.jpg", kGreen);

@@ -129,6 +129,15 @@ void E2ETest::start(const std::vector<std::string> &files)
 {
     program = launch(files);
     adopt(program->id());
+    if (window == 0)
+        return;
+    // It moves by half a title bar once it knows its decorations.
+    const auto area = screenAndKeys.workArea();
+    ASSERT_TRUE(waitUntil([&] {
+        const auto frame = windows.frame(window);
+        return std::abs(frame.centre().x - area.centre().x) <= 3 && std::abs(frame.centre().y - area.centre().y) <= 3;
+    })) << "the window did not come to the middle\n"
+        << situation();
 }
 
 void E2ETest::adopt(pid_t process)

@@ -98,6 +98,17 @@ TEST_F(FolderAccessTest, aFolderThatCanBeListedIsListedWithoutAPanel)
     EXPECT_EQ(program->output().find("Requesting"), std::string::npos);
 }
 
+TEST_F(FolderAccessTest, requestingAListableFolderAnswersTrueWithoutAPanel)
+{
+    allowListing(true);
+    const auto hidden = addPicture(".hidden.jpg", kGreen); // no listing holds it, so the folder is asked for
+    start({hidden.string()});
+    EXPECT_TRUE(program->waitForOutput("✅ Folder access granted. Reloading file list...\n"
+                                       "⚠️ Still failed to load file list after folder access grant\n"))
+        << situation();
+    EXPECT_TRUE(panels().empty()) << situation();
+}
+
 TEST_F(FolderAccessTest, cancellingThePanelKeepsThePictureAndSaysSo)
 {
     startWithPanel(file.string());

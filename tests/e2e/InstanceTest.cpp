@@ -193,6 +193,20 @@ TEST_F(InstanceTest, controlReturnAsksTheFileManagerForExactlyTheCurrentFile)
     EXPECT_EQ(heard.find("member=ShowItems"), heard.rfind("member=ShowItems")) << heard;
 }
 
+TEST_F(InstanceTest, controlEnterOfTheKeypadAsksTheFileManagerOnceToo)
+{
+    const auto spaced = addPicture("ü b#.jpg", kBlue);
+    desktop::Process listener(fileManagerMonitor());
+    ASSERT_TRUE(listener.waitForOutput("NameLost") || listener.waitForOutput("NameAcquired"));
+    start({"ü b#.jpg"});
+    ASSERT_TRUE(waitForPicture("ü b#.jpg", kBlue)) << situation();
+    input.control(desktop::key::kKeypadEnter);
+    EXPECT_TRUE(listener.waitForOutput("member=ShowItems")) << listener.output();
+    EXPECT_TRUE(listener.waitForOutput(uri(folders.pictures()) + "/%C3%BC%20b%23.jpg\"")) << listener.output();
+    const std::string heard = listener.output();
+    EXPECT_EQ(heard.find("member=ShowItems"), heard.rfind("member=ShowItems")) << heard;
+}
+
 TEST_F(InstanceTest, controlReturnWithoutAFileDoesNothing)
 {
     desktop::Process listener(fileManagerMonitor());

@@ -191,7 +191,7 @@ TEST_F(SettingsTest, aSettingsFileOfNonsenseShowsWhatTheProgramMakesOfIt)
     writeSettings("PNGSupportEnabled=maybe\nUseXPCService=YES\n"
                   "ShowFileSize=1, 2\n"
                   "ShowFileTag=[1,2\nWebPSupportEnabled=@Variant(\\0\\0)\nAutoResizeToImageSize=-1\n"
-                  "FileNameDisplayLocation=InCorner\nTransparencyBackground=17\n");
+                  "FileNameDisplayLocation=InCorner\nTransparencyBackground=checker\n");
     startWith();
     openSettings();
     EXPECT_FALSE(checkbox("Support PNG").is(State::checked));

@@ -76,6 +76,30 @@ TEST_F(PreviewDisplay, doesNotComeBackIntoAnEmptiedWindow)
     controller->showIdleState();
     while (mainQueue.runNext())
         EXPECT_FALSE(showsPreview());
+    EXPECT_EQ(controller->currentImage(), nullptr) << "nor does the whole picture";
+    EXPECT_TRUE(idleScreen()->isVisible());
+}
+
+TEST_F(PreviewDisplay, whoHasSeenItAndGoneOnDoesNotGetThePictureBack)
+{
+    const FileURL other = cachedFile("other.jpg");
+    const FileURL file = photo();
+    openUpToThePreview(file);
+    controller->displayImage(other);
+    mainQueue.runAll();
+    EXPECT_EQ(controller->currentImage(), cache->imageCache.find(other));
+    EXPECT_TRUE(cache->imageCache.contains(file));
+}
+
+TEST_F(PreviewDisplay, isNotMagnifiedItself)
+{
+    openUpToThePreview(
+        folder.write("fine.jpg", jpegOf(2700, 1500, kOchre))); // with margins: another shape than the view
+    const QImage before = imageView()->grab().toImage();
+    controller->zoomIn();
+    EXPECT_EQ(imageView()->grab().toImage(), before) << "as it is until its own pixels are there";
+    mainQueue.runAll();
+    EXPECT_NE(imageView()->grab().toImage(), before);
 }
 
 TEST_F(PreviewDisplay, sizesTheWindowForTheWholePicture)

@@ -9,6 +9,8 @@
 #include <QImage>
 #include <QTest>
 
+#include <algorithm>
+
 namespace tallowmere::test {
 namespace {
 
@@ -19,6 +21,15 @@ protected:
     [[nodiscard]] bool waitForSign() const
     {
         return QTest::qWaitFor([&] { return sign()->isVisible(); }, 30'000);
+    }
+    /// Of all the background work the first decode alone, with what it posts.
+    void runFirstLoad()
+    {
+        const auto &launched = launcher.launched();
+        const auto load = std::ranges::find(launched, "com.tallowmere.imageLoading", &SteppedLauncher::Launched::label);
+        ASSERT_NE(load, launched.end());
+        launcher.run(static_cast<std::size_t>(load - launched.begin()));
+        mainQueue.runAll();
     }
 };
 
@@ -77,8 +88,21 @@ TEST_F(Progress, staysForThePictureAwaitedWhenAnOlderOneFails)
     controller->displayImage(folder.write("bad.jpg", "no picture"));
     controller->displayImage(folder.write("a.png", pngOf(40, 30, {200, 100, 50, 255})));
     ASSERT_TRUE(waitForSign());
-    launcher.run(0);
+    runFirstLoad();
+    EXPECT_TRUE(sign()->isVisible());
+    launcher.runAll();
     mainQueue.runAll();
+    EXPECT_FALSE(sign()->isVisible());
+}
+
+TEST_F(Progress, staysForThePictureAwaitedWhenAnOlderOneArrives)
+{
+    showWindow();
+    controller->displayImage(folder.write("old.png", pngOf(40, 30, {100, 200, 50, 255})));
+    controller->displayImage(folder.write("a.png", pngOf(40, 30, {200, 100, 50, 255})));
+    ASSERT_TRUE(waitForSign());
+    runFirstLoad();
+    EXPECT_NE(controller->currentImage(), nullptr);
     EXPECT_TRUE(sign()->isVisible());
     launcher.runAll();
     mainQueue.runAll();

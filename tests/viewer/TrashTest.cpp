@@ -250,6 +250,48 @@ TEST_F(TrashViewer, withoutACurrentFileNothingHappens)
     EXPECT_EQ(launcher.launched().size(), before);
 }
 
+TEST_F(TrashViewer, aFileOnItsWayIsNotMovedAgainThoughAnotherArrives)
+{
+    openAt("a.jpg", {"a.jpg", "b.jpg", "c.jpg"});
+    controller->moveCurrentFileToTrash();
+    controller->showLaterInList();
+    ASSERT_EQ(controller->currentFile(), folder.at("b.jpg"));
+    controller->moveCurrentFileToTrash();
+    launcher.runAll();
+    mainQueue.runAll();
+    EXPECT_EQ(trash.trashed, (std::vector{folder.at("a.jpg"), folder.at("b.jpg")}));
+    EXPECT_TRUE(alerts().empty());
+}
+
+TEST_F(TrashViewer, aWindowClosedDuringTheMoveStaysEmpty)
+{
+    openAt("a.jpg", {"a.jpg", "b.jpg"});
+    controller->moveCurrentFileToTrash();
+    controller->showIdleState();
+    settle();
+    EXPECT_EQ(trash.trashed.size(), 1U);
+    EXPECT_TRUE(controller->isIdle());
+    EXPECT_TRUE(controller->currentFile().empty());
+}
+
+TEST_F(TrashViewer, aWindowClosedDuringTheUndoStaysEmptyButOneThatWasEmptyBeforeShowsTheFile)
+{
+    openAt("a.jpg", {"a.jpg", "b.jpg"});
+    moveToTrash();
+    controller->undoMoveToTrash();
+    controller->showIdleState();
+    settle();
+    EXPECT_EQ(trash.restored.size(), 1U);
+    EXPECT_TRUE(controller->isIdle());
+
+    openAt("b.jpg", {"b.jpg"});
+    moveToTrash();
+    controller->showIdleState();
+    undo();
+    EXPECT_FALSE(controller->isIdle());
+    EXPECT_EQ(controller->currentFile(), folder.at("b.jpg"));
+}
+
 TEST_F(TrashViewer, aSecondPressWhileTheFileIsOnItsWayDoesNothing)
 {
     openAt("a.jpg", {"a.jpg", "b.jpg", "c.jpg"});
