@@ -19,8 +19,8 @@ namespace tallowmere {
 
 namespace {
 
-/// Longer than somebody takes who steps through a folder.
-constexpr int kRestMilliseconds = 250;
+/// Longer than a held key takes from one picture to the next, and shorter than anybody needs to see one and zoom in.
+constexpr int kRestMilliseconds = 100;
 
 } // namespace
 
