@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/freedesktop/ReplacedFile.h"
 
+#include "support/DurableWrite.h"
 #include "support/FileDescriptor.h"
 
 #include <fcntl.h>
@@ -20,17 +21,6 @@ namespace {
 QByteArray folderOf(const QByteArray &path)
 {
     return path.first(path.lastIndexOf('/') + 1);
-}
-
-bool writeAll(int descriptor, QByteArrayView bytes)
-{
-    while (!bytes.isEmpty()) {
-        const ssize_t written = ::write(descriptor, bytes.data(), static_cast<std::size_t>(bytes.size()));
-        if (written < 0 && errno != EINTR)
-            return false;
-        bytes = bytes.sliced(std::max<ssize_t>(written, 0));
-    }
-    return true;
 }
 
 /// Write-protection binds us even where it does not bind root: whoever set it wants the file left alone.
@@ -114,8 +104,9 @@ bool replaceWholeFile(const QByteArray &path, const QByteArray &contents)
     const FileDescriptor file(makeBeside(path, beside));
     if (!file.isOpen())
         return false;
-    const bool replaced = (!exists || keepOwnerAndMode(file.number(), old)) && writeAll(file.number(), contents) &&
-                          ::fsync(file.number()) == 0 && ::rename(beside.constData(), path.constData()) == 0;
+    const bool replaced = (!exists || keepOwnerAndMode(file.number(), old)) &&
+                          writeDurably(file.number(), contents) == 0 &&
+                          ::rename(beside.constData(), path.constData()) == 0;
     if (!replaced)
         ::unlink(beside.constData());
     return replaced;

@@ -5,6 +5,7 @@
 #include "platform/freedesktop/TrashDirectory.h"
 #include "platform/freedesktop/TrashInfo.h"
 #include "platform/freedesktop/TrashMessages.h"
+#include "support/DurableWrite.h"
 #include "support/FileDescriptor.h"
 
 #include <QRandomGenerator>
@@ -35,18 +36,6 @@ qsizetype longestNameIn(int folder)
     return std::min(static_cast<qsizetype>(system.f_namemax), kUsualLongestName);
 }
 
-int writeAll(int file, const QByteArray &text)
-{
-    for (qsizetype written = 0; written < text.size();) {
-        const ssize_t size = ::write(file, text.constData() + written, static_cast<std::size_t>(text.size() - written));
-        if (size < 0 && errno != EINTR)
-            return errno;
-        written += std::max<ssize_t>(size, 0);
-    }
-    // A note lost in a power cut would leave a file that nobody knows the home of. Some file systems can't.
-    return ::fsync(file) == 0 || errno == EINVAL || errno == ENOSYS ? 0 : errno;
-}
-
 /// The .trashinfo of one name, which thereby is ours.
 class InfoFile final
 {
@@ -56,7 +45,8 @@ public:
     {
         constexpr int kNewFile = O_CREAT | O_EXCL | O_WRONLY | O_NOFOLLOW | O_CLOEXEC;
         const FileDescriptor file(::openat(folder, m_name.constData(), kNewFile, S_IRUSR | S_IWUSR));
-        m_error = file.isOpen() ? writeAll(file.number(), text) : errno;
+        // A note lost in a power cut would leave a file that nobody knows the home of.
+        m_error = file.isOpen() ? writeDurably(file.number(), text) : errno;
         if (file.isOpen() && m_error != 0)
             remove();
     }

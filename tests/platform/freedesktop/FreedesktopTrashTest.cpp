@@ -185,12 +185,13 @@ TEST_F(FreedesktopTrashTest, aRestoreFromAnEmptiedTrashSaysSo)
     EXPECT_EQ(pictures(), QList<QByteArray>());
 }
 
-TEST_F(FreedesktopTrashTest, whenItIsFinishedNoNoteIsLeftWithoutItsFile)
+TEST_F(FreedesktopTrashTest, whenItIsFinishedNoNoteIsLeftWithoutItsFileAndNothingBegins)
 {
     constexpr int kFiles = 40;
     for (int i = 0; i < kFiles; ++i)
         (void)add(QByteArray::number(i) + ".jpg");
-    inChild([this] {
+    const FileURL late = add("late.jpg");
+    inChild([&] {
         std::atomic<int> moved{0};
         std::thread([&] {
             for (int i = 0; i < kFiles; ++i, ++moved)
@@ -199,13 +200,21 @@ TEST_F(FreedesktopTrashTest, whenItIsFinishedNoNoteIsLeftWithoutItsFile)
         while (moved < 3)
             std::this_thread::yield();
         trash.finish(std::chrono::seconds{30});
-        _exit(0); // as the program ends: the mover is cut off wherever it is
+        std::atomic<bool> asked{false};
+        std::thread([&] {
+            asked = true;
+            (void)trash.trashItem(late);
+        }).detach();
+        for (int turns = 0; !asked || turns < 10'000; ++turns)
+            std::this_thread::yield(); // time enough for it to be moved, were it not held
+        _exit(0);                      // as the program ends: whoever is at work is cut off
     });
     QList<QByteArray> noted = notes();
     for (QByteArray &each : noted)
         each.chop(static_cast<qsizetype>(std::strlen(".trashinfo")));
     EXPECT_EQ(noted, binned());
     EXPECT_GE(noted.size(), 3);
+    EXPECT_TRUE(pictures().contains("late.jpg")) << "it was not to begin";
 }
 
 TEST_F(FreedesktopTrashTest, longNamesAreShortenedInMessagesAndKeptOnOneLine)
