@@ -24,6 +24,8 @@ void measureSteps(const Station &station, const PhotoStore &store, Results &resu
 void measureMemory(const Station &station, const PhotoStore &store, const std::vector<Viewer> &peers, Results &results);
 /// The program's decoder, as the program calls it, against the library's plain full decode.
 void measureDecoding(const PhotoStore &store, Results &results);
+/// A decoded picture's colours brought to the screen's, against the colour library alone. Needs no screen.
+void measureColours(Results &results);
 /// Frames of a pan, a zoom and a resize on a large window, against copying such a frame. Needs no screen.
 void measurePainting(Results &results);
 /// Listing and sorting a folder, against reading it alone.

@@ -47,7 +47,8 @@ void describeRun(const Options &options, double load, const WatchCost &cost)
         << "the smallest window's answer to a key, and the plain decode on top. Of the other steps: that answer "
            "alone.\n"
         << "Of a decode: the library's plain full decode, on all cores where it can. Of a listing: reading the\n"
-        << "folder. Of memory: the smallest window. Of a painted frame: one copy of its bytes.\n";
+        << "folder. Of memory: the smallest window. Of a painted frame: one copy of its bytes.\n"
+        << "Of colours: the colour library on one core.\n";
     constexpr double kQuiet = 0.5;
     if (load > kQuiet)
         std::cout << "\n**The machine was busy when this began: take the figures for rough ones.**\n";
@@ -63,6 +64,7 @@ void measureRound(const std::vector<std::unique_ptr<Station>> &stations, const P
         measureMemory(*station, store, peers, results);
     }
     measureDecoding(store, results);
+    measureColours(results);
     measureListing(store, results);
     measurePainting(results);
 }

@@ -10,7 +10,8 @@
 
 namespace tallowmere {
 
-/// A picture as the viewer holds it: immutable, shared, its size in points that of its pixels.
+/// A picture as the viewer holds it: immutable, shared, in the colours of the screen, its size in points that of its
+/// pixels.
 class Image final
 {
 public:

@@ -5,7 +5,7 @@
 #include "imaging/codecs/Decode.h"
 #include "imaging/FileContents.h"
 #include "imaging/ImageCacheManager.h"
-#include "imaging/pixels/AverageColour.h"
+#include "imaging/pixels/ScreenColours.h"
 #include "imaging/SharedPipeline.h"
 #include "platform/SecurityScope.h"
 
@@ -20,6 +20,16 @@ namespace {
 constexpr const char *kLabel = "com.tallowmere.imageLoading";
 /// Below this, the whole decode takes about as long as a preview gains.
 constexpr std::uint64_t kPixelsWorthAPreview = 4'000'000;
+
+/// Nothing when the bytes are no picture, or when the decode was given up.
+std::optional<DecodedImage> decodeForScreen(std::span<const std::byte> file, const DecodeLimits &limits)
+{
+    DecodeResult result = decodeImage(file, limits);
+    auto *decoded = std::get_if<DecodedImage>(&result);
+    if (!decoded || !convertToScreenColours(*decoded, limits.cancelled))
+        return std::nullopt;
+    return std::move(*decoded);
+}
 
 /// Brings a result home: into the cache, then to whoever asked.
 /// Both completions, and what they hold, die there, too.
@@ -128,8 +138,7 @@ ImagePtr ImageLoader::decode(std::span<const std::byte> file, int maxPixelSize, 
     limits.maxSide = static_cast<std::uint32_t>(maxPixelSize);
     limits.cancelled = cancelled;
     limits.progress = progress;
-    DecodeResult result = tallowmere::decodeImage(file, limits);
-    auto *decoded = std::get_if<DecodedImage>(&result);
+    auto decoded = decodeForScreen(file, limits);
     return decoded ? std::make_shared<const Image>(std::move(*decoded)) : nullptr;
 }
 
@@ -157,8 +166,7 @@ ImagePtr ImageLoader::decodePreview(std::span<const std::byte> file, int maxSize
         ++limits.maxSide;
     if (shown.empty() || limits.maxSide > stored->longerSide() / 2)
         return nullptr;
-    DecodeResult result = tallowmere::decodeImage(file, limits);
-    auto *decoded = std::get_if<DecodedImage>(&result);
+    auto decoded = decodeForScreen(file, limits);
     return decoded ? std::make_shared<const Image>(std::move(*decoded), full) : nullptr;
 }
 
@@ -193,7 +201,9 @@ std::optional<Color> ImageLoader::calculateAverageColor(const Image &image) cons
 {
     if (!image.hasBitmap())
         return std::nullopt;
-    const auto [red, green, blue, alpha] = averageColour(image.decoded().pixels);
+    const DecodedImage &decoded = image.decoded();
+    const auto [red, green, blue, alpha] =
+        decoded.storedAverage ? *decoded.storedAverage : averageColour(decoded.pixels);
     return Color{red / 255.0, green / 255.0, blue / 255.0, alpha / 255.0};
 }
 

@@ -2,22 +2,16 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/DisplayCopies.h"
 
-#include "imaging/pixels/ColourConversion.h"
 #include "imaging/pixels/DisplayCopy.h"
 
 #include <utility>
 
 namespace tallowmere {
 
-namespace {
-
-bool isItsOwnCopy(const Image &image, PixelSize size)
+DisplayBitmap DisplayBitmap::of(const ImagePtr &image)
 {
-    return image.hasBitmap() && image.decoded().pixels.size() == size &&
-           !ColourConversion::toSRGB(image.decoded().colour);
+    return {{image, &image->decoded().pixels}, image->hasAlpha()};
 }
-
-} // namespace
 
 QImage DisplayBitmap::view() const
 {
@@ -39,8 +33,8 @@ bool DisplayCopies::belongsTo(const Entry &entry, const ImagePtr &image) const
 
 DisplayBitmap DisplayCopies::find(const ImagePtr &image, PixelSize size)
 {
-    if (isItsOwnCopy(*image, size))
-        return {{image, &image->decoded().pixels}, image->hasAlpha()};
+    if (image->hasBitmap() && image->decoded().pixels.size() == size)
+        return DisplayBitmap::of(image);
     const std::lock_guard lock(m_mutex);
     for (auto entry = m_entries.begin(); entry != m_entries.end(); ++entry) {
         if (entry->size == size && belongsTo(*entry, image)) {
@@ -78,7 +72,7 @@ DisplayBitmap DisplayCopies::make(const ImagePtr &image, PixelSize size, const s
     // Asked here as well: small copies are made without asking at all.
     if (cancelled && cancelled())
         return {};
-    PixelBuffer pixels = makeDisplayCopy(image->decoded(), size, cancelled);
+    PixelBuffer pixels = makeDisplayCopy(image->decoded().pixels, size, cancelled);
     if (pixels.isNull())
         return {};
     auto shared = std::make_shared<const PixelBuffer>(std::move(pixels));

@@ -21,12 +21,14 @@ struct DisplayBitmap
     std::shared_ptr<const PixelBuffer> pixels;
     bool hasAlpha = false;
 
+    /// The image's own; it must have a bitmap.
+    [[nodiscard]] static DisplayBitmap of(const ImagePtr &image);
     explicit operator bool() const { return pixels != nullptr; }
     /// A view of the pixels, not a copy: valid as long as they live.
     [[nodiscard]] QImage view() const;
 };
 
-/// Keeps images scaled and colour-converted for the screen, at exact device sizes.
+/// Keeps images scaled for the screen, at exact device sizes.
 ///
 /// Bounded by bytes: what was used longest ago goes first, and what belongs to an image nobody holds any more goes
 /// with it. Threads: any.
@@ -37,8 +39,7 @@ public:
 
     explicit DisplayCopies(std::size_t byteBudget = kByteBudget);
 
-    /// Null when there is no copy of exactly @p size. An image that needs neither scaling nor conversion stands for
-    /// its own copy.
+    /// Null when there is no copy of exactly @p size. At its own size an image stands for its copy.
     [[nodiscard]] DisplayBitmap find(const ImagePtr &image, PixelSize size);
     /// The copy best suited to be scaled to @p size in a hurry; null when there is none at all.
     [[nodiscard]] DisplayBitmap findSimilar(const ImagePtr &image, PixelSize size);

@@ -17,13 +17,6 @@
 
 namespace tallowmere {
 
-namespace {
-
-/// Longer than a held key takes from one picture to the next, and shorter than anybody needs to see one and zoom in.
-constexpr int kRestMilliseconds = 100;
-
-} // namespace
-
 DraggableImageView::DraggableImageView(std::shared_ptr<DisplayPreparation> preparation, Launcher &launcher,
                                        MainQueue &mainQueue, QWidget *parent)
     : QWidget(parent), m_preparation(std::move(preparation)), m_requests(m_preparation, launcher, mainQueue)
@@ -31,16 +24,12 @@ DraggableImageView::DraggableImageView(std::shared_ptr<DisplayPreparation> prepa
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
     connect(&m_requests, &DisplayCopyRequests::done, this, qOverload<>(&QWidget::update));
-    m_rest.setSingleShot(true);
-    m_rest.setInterval(kRestMilliseconds);
-    connect(&m_rest, &QTimer::timeout, this, &DraggableImageView::prepareToBeMagnified);
 }
 
 void DraggableImageView::setImage(ImagePtr image)
 {
     m_image = std::move(image);
     m_hasPaintedImage = false;
-    m_rest.stop();
     update();
 }
 
@@ -66,17 +55,6 @@ void DraggableImageView::wantCopy(PixelSize size)
     const bool isFitted = m_transform.scale == 1.0;
     if (isFitted && m_image && m_image->hasBitmap() && !size.empty() && !m_preparation->copies().find(m_image, size))
         m_requests.want(m_image, size);
-}
-
-/// Converting the colours of a large view takes two or three frames: whoever looks at a picture for a while may be
-/// about to zoom in.
-void DraggableImageView::prepareToBeMagnified()
-{
-    if (!m_image || !m_image->hasBitmap())
-        return;
-    DisplayCopies &copies = m_preparation->copies();
-    if (!copies.find(m_image, m_image->pixelSize()) && copies.hasRoomFor(m_image->pixelSize()))
-        m_requests.want(m_image, m_image->pixelSize());
 }
 
 void DraggableImageView::setImageScaling(ImageScaling scaling)

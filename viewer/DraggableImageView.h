@@ -11,7 +11,6 @@
 #include "viewer/rules/PinchGesture.h"
 
 #include <QColor>
-#include <QTimer>
 #include <QWidget>
 
 #include <cstddef>
@@ -90,12 +89,10 @@ private:
     [[nodiscard]] QRect imageRect() const;
     [[nodiscard]] bool handleNativeGesture(QNativeGestureEvent *event);
     [[nodiscard]] Source sourceFor(const ImagePlacement &placement);
-    [[nodiscard]] Source sourceOfMagnified();
-    void prepareToBeMagnified();
     void fillBackground(QPainter &painter, const QRegion &region) const;
     void paintReduced(QPainter &painter, const QRegion &region, const ImagePlacement &fitted);
     void paintMagnified(QPainter &painter, const QRegion &region, const ImagePlacement &fitted);
-    void paintSampled(QPainter &painter, const QRegion &region, const QRectF &target, const Source &source);
+    void paintSampled(QPainter &painter, const QRegion &region, const QRectF &target, const DisplayBitmap &bitmap);
 
     const std::shared_ptr<DisplayPreparation> m_preparation;
     DisplayCopyRequests m_requests;
@@ -107,7 +104,6 @@ private:
     PanningHandler *m_panningDelegate = nullptr;
     PinchGesture m_pinch;
     QColor m_backgroundColor;
-    QTimer m_rest;                  ///< runs since the image was painted as it is to stay
     std::vector<std::byte> m_strip; ///< rows on their way to the screen
     bool m_backgroundShown = true;
     bool m_inTransition = false;

@@ -1,6 +1,5 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
-#include "imaging/pixels/ColourConversion.h"
 #include "imaging/pixels/NearestSampling.h"
 #include "viewer/DisplayPreparation.h"
 #include "viewer/DraggableImageView.h"
@@ -52,8 +51,7 @@ qint64 area(QSize size)
 struct DraggableImageView::Source
 {
     DisplayBitmap bitmap;
-    std::shared_ptr<const ColourConversion> conversion = {}; ///< still to be done; null when there is none
-    bool isStopgap = false;                                  ///< something better is going to replace it
+    bool isStopgap = false; ///< something better is going to replace it
 };
 
 /// The exact copy, or the next best thing.
@@ -70,22 +68,8 @@ DraggableImageView::Source DraggableImageView::sourceFor(const ImagePlacement &p
     if (!m_inTransition)
         m_requests.want(m_image, placement.copySize);
     if (DisplayBitmap similar = copies.findSimilar(m_image, placement.copySize))
-        return {std::move(similar), {}, true};
-    return {{{m_image, &m_image->decoded().pixels}, m_image->hasAlpha()},
-            ColourConversion::toSRGB(m_image->decoded().colour),
-            true};
-}
-
-/// The decoded pixels, in the screen's colours if they are there already.
-DraggableImageView::Source DraggableImageView::sourceOfMagnified()
-{
-    if (DisplayBitmap converted = m_preparation->copies().find(m_image, m_image->pixelSize()))
-        return {std::move(converted)};
-    if (!m_inTransition)
-        m_requests.want(m_image, m_image->pixelSize());
-    return {{{m_image, &m_image->decoded().pixels}, m_image->hasAlpha()},
-            ColourConversion::toSRGB(m_image->decoded().colour),
-            true};
+        return {std::move(similar), true};
+    return {DisplayBitmap::of(m_image), true};
 }
 
 void DraggableImageView::paintEvent(QPaintEvent *event)
@@ -121,17 +105,15 @@ void DraggableImageView::paintReduced(QPainter &painter, const QRegion &region, 
     const double scale = devicePixelRatioF();
     const QRect target(placement.deviceOrigin, placement.deviceSize);
     const Source source = sourceFor(placement);
-    if (!source.isStopgap && !m_inTransition)
-        m_rest.start();
     fillBackground(painter, source.bitmap.hasAlpha ? region : region - coveredPoints(target, scale));
     // In device pixels: a copy of the right size is then moved, not scaled.
     painter.scale(1 / scale, 1 / scale);
     const QImage pixels = source.bitmap.view();
-    if (pixels.size() == target.size() && !source.conversion)
+    if (pixels.size() == target.size())
         return painter.drawImage(target.topLeft(), pixels);
     const bool isBrief = source.isStopgap || m_inTransition;
-    if (source.conversion || (isBrief && area(target.size()) > kSmoothInTime))
-        return paintSampled(painter, region, target, source);
+    if (isBrief && area(target.size()) > kSmoothInTime)
+        return paintSampled(painter, region, target, source.bitmap);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(target, pixels);
 }
@@ -139,32 +121,31 @@ void DraggableImageView::paintReduced(QPainter &painter, const QRegion &region, 
 void DraggableImageView::paintMagnified(QPainter &painter, const QRegion &region, const ImagePlacement &fitted)
 {
     const double scale = devicePixelRatioF();
-    const Source source = sourceOfMagnified();
+    const DisplayBitmap own = DisplayBitmap::of(m_image);
     const QRectF target = fitted.transformed(m_transform, size(), scale);
     const QRegion covered =
-        source.bitmap.hasAlpha ? QRegion() : coveredPoints(target.toAlignedRect().adjusted(1, 1, -1, -1), scale);
+        own.hasAlpha ? QRegion() : coveredPoints(target.toAlignedRect().adjusted(1, 1, -1, -1), scale);
     fillBackground(painter, region - covered);
     painter.scale(1 / scale, 1 / scale);
-    paintSampled(painter, region, target, source);
+    paintSampled(painter, region, target, own);
 }
 
 /// @p region in points, @p target in device pixels, as is what the painter paints in. No pixel outside the region is
 /// computed.
 void DraggableImageView::paintSampled(QPainter &painter, const QRegion &region, const QRectF &target,
-                                      const Source &source)
+                                      const DisplayBitmap &bitmap)
 {
     const LaidSide horizontal{target.x(), target.width()};
     const LaidSide vertical{target.y(), target.height()};
     const QRect covered(
         QPoint(static_cast<int>(horizontal.firstCovered()), static_cast<int>(vertical.firstCovered())),
         QPoint(static_cast<int>(horizontal.endCovered()) - 1, static_cast<int>(vertical.endCovered()) - 1));
-    const QImage::Format format = source.bitmap.hasAlpha ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
+    const QImage::Format format = bitmap.hasAlpha ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
     for (const QRect &points : region) {
         const QRect wanted = touchedPixels(points, devicePixelRatioF()) & covered;
         if (wanted.isEmpty())
             continue;
-        NearestSampling sampling(*source.bitmap.pixels, source.bitmap.hasAlpha, source.conversion, horizontal, vertical,
-                                 wanted.left(), wanted.right() + 1);
+        NearestSampling sampling(*bitmap.pixels, horizontal, vertical, wanted.left(), wanted.right() + 1);
         const int rowsAtOnce = std::max(static_cast<int>(kStripBytes / sampling.rowBytes()), 1);
         m_strip.resize(sampling.rowBytes() * static_cast<std::size_t>(rowsAtOnce));
         for (int top = wanted.top(); top <= wanted.bottom(); top += rowsAtOnce) {

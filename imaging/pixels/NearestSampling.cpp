@@ -2,14 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "imaging/pixels/NearestSampling.h"
 
-#include "imaging/pixels/ColourConversion.h"
 #include "imaging/pixels/PixelKernels.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <optional>
-#include <utility>
 
 namespace tallowmere {
 
@@ -30,10 +28,9 @@ std::uint32_t LaidSide::sourcePixel(std::int64_t pixel, std::uint32_t count) con
     return position > 0 ? static_cast<std::uint32_t>(std::min(position, count - 1.0)) : 0;
 }
 
-NearestSampling::NearestSampling(const PixelBuffer &source, bool hasAlpha,
-                                 std::shared_ptr<const ColourConversion> conversion, LaidSide horizontal,
-                                 LaidSide vertical, std::int64_t left, std::int64_t right)
-    : m_source(source), m_hasAlpha(hasAlpha), m_conversion(std::move(conversion)), m_vertical(vertical)
+NearestSampling::NearestSampling(const PixelBuffer &source, LaidSide horizontal, LaidSide vertical, std::int64_t left,
+                                 std::int64_t right)
+    : m_source(source), m_vertical(vertical)
 {
     m_columns.reserve(static_cast<std::size_t>(std::max<std::int64_t>(right - left, 0)));
     for (std::int64_t x = left; x < right; ++x)
@@ -43,9 +40,6 @@ NearestSampling::NearestSampling(const PixelBuffer &source, bool hasAlpha,
     m_firstColumn = m_columns.front();
     for (std::uint32_t &column : m_columns)
         column -= m_firstColumn;
-    const std::size_t distinct = std::size_t{m_columns.back()} + 1;
-    if (m_conversion && distinct < m_columns.size())
-        m_converted.resize(distinct);
 }
 
 void NearestSampling::rows(std::int64_t top, std::int64_t bottom, std::byte *out)
@@ -64,26 +58,7 @@ void NearestSampling::rows(std::int64_t top, std::int64_t bottom, std::byte *out
 void NearestSampling::sampleRow(std::uint32_t sourceRow, std::uint32_t *out)
 {
     const auto *pixels = reinterpret_cast<const std::uint32_t *>(m_source.row(sourceRow)) + m_firstColumn;
-    std::size_t width = m_source.size().width - m_firstColumn;
-    if (!m_converted.empty()) {
-        // The picture is enlarged: each of its pixels is converted once, not once for every pixel of the screen.
-        std::copy_n(pixels, m_converted.size(), m_converted.begin());
-        convert(reinterpret_cast<std::byte *>(m_converted.data()), m_converted.size());
-        pixels = m_converted.data();
-        width = m_converted.size();
-    }
-    pickPixels(pixels, width, m_columns.data(), m_columns.size(), out);
-    if (m_conversion && m_converted.empty())
-        convert(reinterpret_cast<std::byte *>(out), m_columns.size());
-}
-
-void NearestSampling::convert(std::byte *pixels, std::size_t count) const
-{
-    if (m_hasAlpha)
-        unpremultiply(pixels, count);
-    m_conversion->convert(pixels, count);
-    if (m_hasAlpha)
-        premultiply(pixels, count);
+    pickPixels(pixels, m_source.size().width - m_firstColumn, m_columns.data(), m_columns.size(), out);
 }
 
 } // namespace tallowmere

@@ -6,12 +6,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 namespace tallowmere {
-
-class ColourConversion;
 
 /// A side of a picture laid over the pixels of a screen, larger or smaller than the picture itself.
 struct LaidSide
@@ -33,11 +30,10 @@ struct LaidSide
 class NearestSampling final
 {
 public:
-    /// @p source: premultiplied BGRA, not empty; outlives this. @p conversion: to the screen's colours, applied to the
-    /// pixels that are shown; null when there is nothing to convert. @p left up to but not including @p right: the
-    /// screen's columns wanted. Throws std::bad_alloc.
-    NearestSampling(const PixelBuffer &source, bool hasAlpha, std::shared_ptr<const ColourConversion> conversion,
-                    LaidSide horizontal, LaidSide vertical, std::int64_t left, std::int64_t right);
+    /// @p source: not empty; outlives this. @p left up to but not including @p right: the screen's columns wanted.
+    /// Throws std::bad_alloc.
+    NearestSampling(const PixelBuffer &source, LaidSide horizontal, LaidSide vertical, std::int64_t left,
+                    std::int64_t right);
 
     [[nodiscard]] std::size_t rowBytes() const { return m_columns.size() * PixelBuffer::kBytesPerPixel; }
     /// Writes the screen's rows @p top up to but not including @p bottom, one after the other without padding.
@@ -45,15 +41,11 @@ public:
 
 private:
     void sampleRow(std::uint32_t sourceRow, std::uint32_t *out);
-    void convert(std::byte *pixels, std::size_t count) const;
 
     const PixelBuffer &m_source;
-    const bool m_hasAlpha;
-    const std::shared_ptr<const ColourConversion> m_conversion;
     const LaidSide m_vertical;
-    std::uint32_t m_firstColumn = 0;        ///< of the source
-    std::vector<std::uint32_t> m_columns;   ///< of the source, counted from the first, by the screen's
-    std::vector<std::uint32_t> m_converted; ///< pixels of one row, when they are fewer than the screen's; else empty
+    std::uint32_t m_firstColumn = 0;      ///< of the source
+    std::vector<std::uint32_t> m_columns; ///< of the source, counted from the first, by the screen's
 };
 
 } // namespace tallowmere

@@ -18,13 +18,19 @@ struct Rgb
     std::uint8_t blue = 0;
 };
 
+enum class ColourSpace
+{
+    sRGB,
+    displayP3, ///< what telephones write
+};
+
 /// How a JPEG is written. The defaults are a camera's: 4:2:0, Exif, an sRGB profile.
 struct JpegOptions
 {
     int quality = 90;
     int orientation = 1; ///< the Exif tag, 1 to 8
     bool exif = true;
-    bool profile = true;
+    ColourSpace profile = ColourSpace::sRGB; ///< what the stored values are said to be
 };
 
 /// Fills one row of three bytes a pixel.

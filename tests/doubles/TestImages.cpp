@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "tests/doubles/TestImages.h"
 
+#include <QtEndian>
+
 #include <jpeglib.h>
 #include <png.h>
 #include <webp/encode.h>
 #include <webp/mux.h>
+#include <zlib.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -94,6 +97,18 @@ QByteArray pngOf(int width, int height, Rgba colour, bool withAlpha)
         give("PNG");
     file.truncate(static_cast<qsizetype>(size));
     return file;
+}
+
+QByteArray inDisplayP3(QByteArray png)
+{
+    constexpr qsizetype kEndOfHeader = 8 + 12 + 13;     // signature, then IHDR
+    QByteArray chunk = QByteArray::fromHex("00000004"   // bytes of data
+                                           "63494350"   // cICP
+                                           "0c0d0001"   // P3 primaries with the D65 white, sRGB's curve, full range
+                                           "00000000"); // the checksum goes here
+    const auto *summed = reinterpret_cast<const Bytef *>(chunk.constData()) + 4;
+    qToBigEndian(static_cast<quint32>(::crc32(0, summed, 8)), chunk.data() + 12);
+    return png.insert(kEndOfHeader, chunk);
 }
 
 QByteArray webpOf(int width, int height, Rgba colour)

@@ -20,6 +20,8 @@ using Rgba = std::array<std::uint8_t, 4>;
 [[nodiscard]] QByteArray halvedJpegOf(int width, int height, Rgba left, Rgba right, int exifOrientation = 0);
 /// With an alpha channel when @p withAlpha; exact colours.
 [[nodiscard]] QByteArray pngOf(int width, int height, Rgba colour, bool withAlpha = false);
+/// The same stored values, said to be Display P3's.
+[[nodiscard]] QByteArray inDisplayP3(QByteArray png);
 [[nodiscard]] QByteArray webpOf(int width, int height, Rgba colour);
 /// One frame a colour, lossless.
 [[nodiscard]] QByteArray animatedWebpOf(int width, int height, const std::vector<Rgba> &frames);

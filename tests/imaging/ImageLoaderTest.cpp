@@ -264,6 +264,25 @@ TEST_F(ImageLoading, theAverageOfOneSolidColourIsThatColour)
     EXPECT_EQ(m_loader->calculateAverageColor(*image), (Color{200 / 255.0, 100 / 255.0, 50 / 255.0, 1.0}));
 }
 
+TEST_F(ImageLoading, anImageComesInTheColoursOfTheScreen)
+{
+    const auto image = m_loader->decodeImage(bytes(test::inDisplayP3(test::pngOf(64, 48, {200, 60, 60, 255}))), 4000);
+    ASSERT_NE(image, nullptr);
+    // The same light: sRGB's red reaches less far, and its blue and green must be taken back a little.
+    const std::byte *pixel = image->decoded().pixels.row(20) + 4 * std::size_t{20};
+    EXPECT_NEAR(std::to_integer<int>(pixel[2]), 217, 1);
+    EXPECT_NEAR(std::to_integer<int>(pixel[1]), 42, 1);
+    EXPECT_NEAR(std::to_integer<int>(pixel[0]), 52, 1);
+    EXPECT_EQ(std::to_integer<int>(pixel[3]), 255);
+}
+
+TEST_F(ImageLoading, theAverageIsThatOfTheStoredValuesWhateverTheProfile)
+{
+    const auto image = m_loader->decodeImage(bytes(test::inDisplayP3(test::pngOf(64, 48, {200, 60, 60, 255}))), 4000);
+    ASSERT_NE(image, nullptr);
+    EXPECT_EQ(m_loader->calculateAverageColor(*image), (Color{200 / 255.0, 60 / 255.0, 60 / 255.0, 1.0}));
+}
+
 TEST_F(ImageLoading, theAverageOfATransparentImageHasAlphaZero)
 {
     const auto image = m_loader->decodeImage(bytes(test::pngOf(16, 16, {200, 100, 50, 0}, true)), 4000);

@@ -19,12 +19,11 @@ constexpr QRgb kBackground = 0xff102030;
 constexpr QSize kView{200, 100};
 
 /// Each pixel tells where it lies: x in green and half of blue, y in red.
-ImagePtr chart(std::uint32_t width, std::uint32_t height, const ColourDescription &colour = {})
+ImagePtr chart(std::uint32_t width, std::uint32_t height)
 {
     DecodedImage decoded;
     decoded.pixels = PixelBuffer::allocate({width, height});
     decoded.storedSize = {width, height};
-    decoded.colour = colour;
     for (std::uint32_t y = 0; y < height; ++y) {
         auto *row = reinterpret_cast<std::uint32_t *>(decoded.pixels.row(y));
         for (std::uint32_t x = 0; x < width; ++x)
@@ -228,46 +227,7 @@ TEST_F(ZoomedPainting, theBackgroundShowsThroughMagnifiedTransparentPixels)
     EXPECT_EQ(painted().pixel(10, 10), kBackground);
 }
 
-TEST_F(ZoomedPainting, coloursAreConvertedAtEveryZoomFromTheFirstFrameOn)
-{
-    ColourDescription wide;
-    wide.cicp = Cicp{12, 13, 0, true};
-    DecodedImage decoded;
-    decoded.pixels = PixelBuffer::allocate({400, 200});
-    decoded.storedSize = {400, 200};
-    decoded.colour = wide;
-    for (std::uint32_t y = 0; y < 200; ++y)
-        std::fill_n(reinterpret_cast<std::uint32_t *>(decoded.pixels.row(y)), 400, 0xff3060a0U);
-    view.setImage(std::make_shared<const Image>(std::move(decoded)));
-    catchUp();
-    const QRgb fitted = painted().pixel(20, 20);
-    EXPECT_NE(fitted, 0xff3060a0);
-    zoom(3.0);
-    EXPECT_EQ(painted().pixel(20, 20), fitted) << "at once";
-    catchUp();
-    EXPECT_EQ(painted().pixel(20, 20), fitted) << "from the converted copy";
-    EXPECT_TRUE(preparation->copies().find(view.image(), {400, 200}));
-}
-
-TEST_F(ZoomedPainting, anImageOfOtherColoursThatIsLookedAtForAWhileIsMadeReadyToBeMagnified)
-{
-    ColourDescription wide;
-    wide.cicp = Cicp{12, 13, 0, true};
-    view.setImage(chart(800, 400, wide));
-    view.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&view, 30'000));
-    catchUp();
-    ASSERT_EQ(launcher.launched().size(), 1U) << "the fitted copy";
-    (void)painted();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return launcher.launched().size() == 2; }, 30'000));
-    catchUp();
-    EXPECT_TRUE(preparation->copies().find(view.image(), {800, 400}));
-    zoom(3.0);
-    (void)painted();
-    EXPECT_EQ(launcher.launched().size(), 2U);
-}
-
-TEST_F(ZoomedPainting, anImageInTheScreensColoursNeedsNoCopyToBeMagnified)
+TEST_F(ZoomedPainting, anImageNeedsNoCopyToBeMagnified)
 {
     view.setImage(chart(400, 200));
     catchUp();

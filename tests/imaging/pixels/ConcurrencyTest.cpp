@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
-#include "imaging/pixels/AverageColour.h"
 #include "imaging/pixels/DisplayCopy.h"
 #include "imaging/pixels/RowPipe.h"
+#include "imaging/pixels/ScreenColours.h"
 #include "tests/imaging/pixels/Assembling.h"
 #include "tests/imaging/pixels/Profiles.h"
 
@@ -43,14 +43,26 @@ TEST(PixelsConcurrency, assemblersDoNotDisturbEachOther)
 
 TEST(PixelsConcurrency, displayCopiesOfOneImageAreTheSame)
 {
-    DecodedImage image;
-    image.pixels = makePixels({800, 600}, [](auto x, auto y) { return distinct(x % 256, y % 256); });
-    image.colour.icc = displayP3Profile();
+    const PixelBuffer image = makePixels({800, 600}, [](auto x, auto y) { return distinct(x % 256, y % 256); });
     const std::vector<Pixel> expected = allPixels(makeDisplayCopy(image, {400, 300}));
     std::array<std::vector<Pixel>, kThreads> results;
     runAtOnce([&](int i) { results[std::size_t(i)] = allPixels(makeDisplayCopy(image, {400, 300})); });
     for (const auto &result : results)
         EXPECT_EQ(result, expected);
+}
+
+TEST(PixelsConcurrency, picturesOfOneProfileAreConvertedSideBySide)
+{
+    std::array<std::vector<Pixel>, kThreads> results;
+    runAtOnce([&](int i) {
+        DecodedImage image;
+        image.pixels = makePixels({800, 600}, [](auto x, auto y) { return distinct(x % 256, y % 256); });
+        image.colour.icc = displayP3Profile();
+        EXPECT_TRUE(convertToScreenColours(image));
+        results[std::size_t(i)] = allPixels(image.pixels);
+    });
+    for (const auto &result : results)
+        EXPECT_EQ(result, results[0]);
 }
 
 TEST(PixelsConcurrency, conversionsAreMadeAndForgottenByManyThreads)
@@ -60,15 +72,14 @@ TEST(PixelsConcurrency, conversionsAreMadeAndForgottenByManyThreads)
             DecodedImage own;
             own.pixels = makePlain({16, 16}, {60, 120, 180, 255});
             own.colour.gamma = GammaAndPrimaries{0.5 + 0.02 * ((i + k) % 12), {}};
-            EXPECT_FALSE(makeDisplayCopy(own, {8, 8}).isNull());
+            EXPECT_TRUE(convertToScreenColours(own));
         }
     });
 }
 
 TEST(PixelsConcurrency, aCancelledCopyEndsBothItsThreads)
 {
-    DecodedImage image;
-    image.pixels = makePlain({1200, 900}, {1, 2, 3, 255});
+    const PixelBuffer image = makePlain({1200, 900}, {1, 2, 3, 255});
     for (int stopAt = 1; stopAt < 20; stopAt += 6) {
         int asked = 0;
         const PixelBuffer copy = makeDisplayCopy(image, {600, 450}, [&] { return ++asked >= stopAt; });

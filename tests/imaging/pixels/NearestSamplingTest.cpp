@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "imaging/pixels/NearestSampling.h"
 
-#include "imaging/pixels/ColourConversion.h"
-
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -23,21 +21,6 @@ PixelBuffer chart(std::uint32_t width, std::uint32_t height)
     }
     return pixels;
 }
-
-/// Turns every colour round and remembers how many it was handed.
-class Inversion final : public ColourConversion
-{
-public:
-    void convert(std::byte *pixels, std::size_t count) const override
-    {
-        converted += count;
-        for (std::size_t i = 0; i < count * 4; ++i) {
-            if (i % 4 != 3)
-                pixels[i] = ~pixels[i];
-        }
-    }
-    mutable std::size_t converted = 0;
-};
 
 struct Sampled
 {
@@ -80,7 +63,7 @@ TEST(LaidSide, staysInsideThePictureWhateverIsAsked)
 TEST(NearestSampling, makesSquaresOfThePixelsOfAnEnlargedPicture)
 {
     const PixelBuffer source = chart(4, 3);
-    NearestSampling sampling(source, false, nullptr, {0, 12}, {0, 9}, 0, 12);
+    NearestSampling sampling(source, {0, 12}, {0, 9}, 0, 12);
     const Sampled screen = sample(sampling, 0, 9);
     for (std::uint32_t y = 0; y < 9; ++y) {
         for (std::uint32_t x = 0; x < 12; ++x)
@@ -97,7 +80,7 @@ TEST(NearestSampling, takesThePixelUnderTheCentreAtAnyScale)
         const std::int64_t left = std::max<std::int64_t>(horizontal.firstCovered(), 0);
         const std::int64_t right = std::min<std::int64_t>(horizontal.endCovered(), 90);
         const std::int64_t bottom = std::min<std::int64_t>(vertical.endCovered(), 70);
-        NearestSampling sampling(source, false, nullptr, horizontal, vertical, left, right);
+        NearestSampling sampling(source, horizontal, vertical, left, right);
         const Sampled screen = sample(sampling, vertical.firstCovered(), bottom);
         for (std::int64_t y = vertical.firstCovered(); y < bottom; ++y) {
             for (std::int64_t x = left; x < right; ++x) {
@@ -117,8 +100,8 @@ TEST(NearestSampling, aPartIsTheSameAsThatPartOfTheWhole)
     const PixelBuffer source = chart(60, 40);
     const LaidSide horizontal{-20.3, 60 * 2.7};
     const LaidSide vertical{-7.9, 40 * 2.7};
-    NearestSampling whole(source, false, nullptr, horizontal, vertical, 0, 100);
-    NearestSampling part(source, false, nullptr, horizontal, vertical, 31, 57);
+    NearestSampling whole(source, horizontal, vertical, 0, 100);
+    NearestSampling part(source, horizontal, vertical, 31, 57);
     const Sampled all = sample(whole, 0, 80);
     const Sampled some = sample(part, 13, 44);
     for (std::size_t y = 0; y < 31; ++y) {
@@ -127,41 +110,10 @@ TEST(NearestSampling, aPartIsTheSameAsThatPartOfTheWhole)
     }
 }
 
-TEST(NearestSampling, convertsEachPixelOfAnEnlargedPictureOnceAndNoneThatIsNotShown)
-{
-    const PixelBuffer source = chart(100, 100);
-    const auto inversion = std::make_shared<Inversion>();
-    NearestSampling sampling(source, false, inversion, {0, 1000}, {0, 1000}, 200, 400);
-    const Sampled screen = sample(sampling, 100, 200);
-    EXPECT_EQ(screen.at(0, 0), 0xff000000U | 0xff0000U | (0xffU - 10) << 8 | (0xffU - 20));
-    EXPECT_EQ(screen.at(199, 99), 0xff000000U | 0xff0000U | (0xffU - 19) << 8 | (0xffU - 39));
-    EXPECT_EQ(inversion->converted, 20U * 10U);
-}
-
-TEST(NearestSampling, convertsOnlyThePixelsShownOfAReducedPicture)
-{
-    const PixelBuffer source = chart(100, 100);
-    const auto inversion = std::make_shared<Inversion>();
-    NearestSampling sampling(source, false, inversion, {0, 10}, {0, 10}, 0, 10);
-    const Sampled screen = sample(sampling, 0, 10);
-    EXPECT_EQ(screen.at(3, 7), 0xff000000U | 0xff0000U | (0xffU - 75) << 8 | (0xffU - 35));
-    EXPECT_EQ(inversion->converted, 100U);
-}
-
-TEST(NearestSampling, leavesClearPixelsClearWhenItConverts)
-{
-    PixelBuffer source = PixelBuffer::allocate({2, 1});
-    reinterpret_cast<std::uint32_t *>(source.row(0))[1] = 0x80800000U; // red, half transparent
-    NearestSampling sampling(source, true, std::make_shared<Inversion>(), {0, 8}, {0, 1}, 0, 8);
-    const Sampled screen = sample(sampling, 0, 1);
-    EXPECT_EQ(screen.at(0, 0), 0U);
-    EXPECT_EQ(screen.at(7, 0), 0x80008080U);
-}
-
 TEST(NearestSampling, hasNothingToSayAboutNoColumns)
 {
     const PixelBuffer source = chart(4, 4);
-    NearestSampling sampling(source, false, nullptr, {0, 4}, {0, 4}, 3, 3);
+    NearestSampling sampling(source, {0, 4}, {0, 4}, 3, 3);
     EXPECT_EQ(sampling.rowBytes(), 0U);
 }
 

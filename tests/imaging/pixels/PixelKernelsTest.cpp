@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "imaging/pixels/PixelKernels.h"
 
-#include "imaging/pixels/AverageColour.h"
 #include "imaging/pixels/DisplayCopy.h"
 #include "imaging/pixels/PixelKernelSets.h"
+#include "imaging/pixels/ScreenColours.h"
 #include "tests/imaging/pixels/Pictures.h"
 
 #include <gtest/gtest.h>
@@ -63,22 +63,23 @@ protected:
 
 TEST_F(EveryProcessor, getsTheSamePixels)
 {
-    DecodedImage image;
-    image.pixels = makePixels({203, 149}, [](auto x, auto y) {
-        const auto alpha = static_cast<std::uint8_t>(x + y > 255 ? 255 : x + y);
-        return Pixel{static_cast<std::uint8_t>(alpha / 2), static_cast<std::uint8_t>(alpha * (x % 5) / 5), alpha,
-                     alpha};
-    });
-    image.hasAlpha = true;
-    image.colour.cicp = Cicp{9, 13, 0, true};
-    const auto work = [&] {
+    const auto work = [] {
+        DecodedImage image;
+        image.pixels = makePixels({203, 149}, [](auto x, auto y) {
+            const auto alpha = static_cast<std::uint8_t>(x + y > 255 ? 255 : x + y);
+            return Pixel{static_cast<std::uint8_t>(alpha / 2), static_cast<std::uint8_t>(alpha * (x % 5) / 5), alpha,
+                         alpha};
+        });
+        image.hasAlpha = true;
+        image.colour.cicp = Cicp{9, 13, 0, true};
+        EXPECT_TRUE(convertToScreenColours(image));
         std::vector<Pixel> result;
         for (const PixelSize size : {PixelSize{203, 149}, PixelSize{140, 100}, PixelSize{77, 31}, PixelSize{9, 5}}) {
-            const PixelBuffer copy = makeDisplayCopy(image, size);
+            const PixelBuffer copy = makeDisplayCopy(image.pixels, size);
             const auto pixels = allPixels(copy);
             result.insert(result.end(), pixels.begin(), pixels.end());
         }
-        result.push_back(averageColour(image.pixels));
+        result.push_back(image.storedAverage.value());
         return result;
     };
     const auto expected = work();
