@@ -16,7 +16,8 @@ struct RegularFile
     FileDescriptor descriptor;
     std::size_t size = 0; ///< bytes, when it was opened
 
-    /// Nothing for what is missing, forbidden or of another kind; a FIFO is refused without blocking. Any thread.
+    /// Nothing for what is missing, forbidden or of another kind; a FIFO is refused without blocking. A file that
+    /// another process holds a lease on is waited for: 45 s at most, unless the system is set up otherwise. Any thread.
     [[nodiscard]] static std::optional<RegularFile> open(const FileURL &file);
 };
 
