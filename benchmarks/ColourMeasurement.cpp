@@ -2,11 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "benchmarks/Clock.h"
 #include "benchmarks/Measurements.h"
+#include "imaging/pixels/ColourConversion.h"
 #include "imaging/pixels/ScreenColours.h"
-
-#include <lcms2.h>
+#include "tests/imaging/pixels/Profiles.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <new>
 #include <random>
@@ -17,43 +18,12 @@
 namespace tallowmere::bench {
 namespace {
 
-using Profile = std::unique_ptr<void, decltype(&cmsCloseProfile)>;
-
 constexpr PixelSize kPicture{4000, 3000};
 
-/// As wide as the screens of telephones.
-Profile wideGamutProfile()
+ColourDescription describedBy(ProfileBytes profile)
 {
-    const cmsCIExyY white{0.3127, 0.3290, 1.0};
-    const cmsCIExyYTRIPLE primaries{{0.680, 0.320, 1.0}, {0.265, 0.690, 1.0}, {0.150, 0.060, 1.0}};
-    const std::unique_ptr<cmsToneCurve, decltype(&cmsFreeToneCurve)> curve(cmsBuildGamma(nullptr, 2.2),
-                                                                           &cmsFreeToneCurve);
-    cmsToneCurve *const curves[] = {curve.get(), curve.get(), curve.get()};
-    return {cmsCreateRGBProfile(&white, &primaries, curves), &cmsCloseProfile};
-}
-
-/// Measured points that no curves and matrix stand for: sRGB with its colours made paler.
-Profile bentProfile()
-{
-    const Profile screen(cmsCreate_sRGBProfile(), &cmsCloseProfile);
-    const Profile paler(cmsCreateBCHSWabstractProfile(17, 0, 1, 0, -15, 0, 0), &cmsCloseProfile);
-    cmsHPROFILE chain[] = {screen.get(), paler.get()};
-    const std::unique_ptr<void, decltype(&cmsDeleteTransform)> transform(
-        cmsCreateMultiprofileTransform(chain, 2, TYPE_RGB_16, TYPE_Lab_16, INTENT_PERCEPTUAL, 0), &cmsDeleteTransform);
-    Profile bent(cmsTransform2DeviceLink(transform.get(), 4.3, 0), &cmsCloseProfile);
-    cmsSetDeviceClass(bent.get(), cmsSigInputClass);
-    return bent;
-}
-
-ColourDescription describedBy(cmsHPROFILE profile)
-{
-    cmsUInt32Number size = 0;
-    cmsSaveProfileToMem(profile, nullptr, &size);
-    auto bytes = std::make_shared<std::vector<std::byte>>(size);
-    if (bytes->empty() || !cmsSaveProfileToMem(profile, bytes->data(), &size))
-        throw std::runtime_error("no colour profile");
     ColourDescription colour;
-    colour.icc = std::move(bytes);
+    colour.icc = std::move(profile);
     return colour;
 }
 
@@ -78,45 +48,83 @@ PixelBuffer makePixels()
     return pixels;
 }
 
-double timeConversion(const ColourDescription &colour)
+double timeConversion(const ProfileBytes &profile)
 {
     DecodedImage image;
     image.pixels = makePixels();
-    image.colour = colour;
+    image.colour = describedBy(profile);
+    const auto remembered = ColourConversion::toSRGB(image.colour);
     const auto begin = Clock::now();
     const bool converted = convertToScreenColours(image);
     const double passed = millisecondsSince(begin);
-    if (!converted || !image.storedAverage)
+    if (!remembered || !converted || !image.storedAverage)
         throw std::runtime_error("the colours were not converted");
     return passed;
 }
 
 /// The colour library alone, on one core, as its documentation shows.
-double timeLibrary(cmsHPROFILE profile)
+double timeLibrary(const ProfileBytes &profile)
 {
     PixelBuffer pixels = makePixels();
+    const TransformHandle transform = transformToSRGB(profile, TYPE_BGRA_8, 0);
     const auto begin = Clock::now();
-    const Profile screen(cmsCreate_sRGBProfile(), &cmsCloseProfile);
-    const std::unique_ptr<void, decltype(&cmsDeleteTransform)> transform(
-        cmsCreateTransform(profile, TYPE_BGRA_8, screen.get(), TYPE_BGRA_8, INTENT_PERCEPTUAL, 0), &cmsDeleteTransform);
     cmsDoTransform(transform.get(), pixels.row(0), pixels.row(0), static_cast<cmsUInt32Number>(kPicture.pixels()));
     return millisecondsSince(begin);
+}
+
+/// The same profile made at another time: not one of those remembered.
+ProfileBytes madeAnew(const ProfileBytes &profile)
+{
+    static std::uint8_t second = 0;
+    constexpr std::size_t kSecondsAt = 35;
+    auto bytes = std::make_shared<std::vector<std::byte>>(*profile);
+    bytes->at(kSecondsAt) = std::byte{++second};
+    return bytes;
+}
+
+double timeMaking(const ProfileBytes &profile)
+{
+    const ColourDescription colour = describedBy(madeAnew(profile));
+    const auto begin = Clock::now();
+    const auto conversion = ColourConversion::toSRGB(colour);
+    const double passed = millisecondsSince(begin);
+    if (!conversion)
+        throw std::runtime_error("no conversion was made");
+    return passed;
+}
+
+double timeLibrarysMaking(const ProfileBytes &profile)
+{
+    const auto begin = Clock::now();
+    const TransformHandle transform = transformToSRGB(profile, TYPE_BGRA_8, 0);
+    return millisecondsSince(begin);
+}
+
+void measure(const Row &row, const ProfileBytes &profile, double (*ours)(const ProfileBytes &),
+             double (*floor)(const ProfileBytes &), Results &results)
+{
+    if (results.wants(row, kProgram))
+        results.add(row, kProgram, ours(profile));
+    if (results.wants(row, kFloor))
+        results.add(row, kFloor, floor(profile));
 }
 
 } // namespace
 
 void measureColours(Results &results)
 {
-    const std::pair<std::string, Profile (*)()> cases[] = {{"Display P3", wideGamutProfile},
-                                                           {"a profile of measured points", bentProfile}};
+    const std::pair<std::string, ProfileBytes (*)()> cases[] = {
+        {"Display P3", displayP3Profile},
+        // sRGB with its colours made paler.
+        {"a profile of measured points", [] { return bentProfile(sRGBProfile(), 0, -15); }}};
     for (const auto &[name, make] : cases) {
-        const Row row{"Colours, 12 MP to the screen's", name};
-        if (!results.wants(row))
+        const Row pixels{"Colours, 12 MP to the screen's", name};
+        const Row making{"Colours, a conversion made once for a profile", name};
+        if (!results.wants(pixels) && !results.wants(making))
             continue;
-        const Profile profile = make();
-        if (results.wants(row, kProgram))
-            results.add(row, kProgram, timeConversion(describedBy(profile.get())));
-        results.add(row, kFloor, timeLibrary(profile.get()));
+        const ProfileBytes profile = make();
+        measure(pixels, profile, timeConversion, timeLibrary, results);
+        measure(making, profile, timeMaking, timeLibrarysMaking, results);
     }
 }
 

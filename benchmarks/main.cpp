@@ -48,7 +48,7 @@ void describeRun(const Options &options, double load, const WatchCost &cost)
            "alone.\n"
         << "Of a decode: the library's plain full decode, on all cores where it can. Of a listing: reading the\n"
         << "folder. Of memory: the smallest window. Of a painted frame: one copy of its bytes.\n"
-        << "Of colours: the colour library on one core.\n";
+        << "Of colours: the colour library on one core; either's conversion is made before, and timed on its own.\n";
     constexpr double kQuiet = 0.5;
     if (load > kQuiet)
         std::cout << "\n**The machine was busy when this began: take the figures for rough ones.**\n";

@@ -4,48 +4,36 @@
 
 #include "imaging/pixels/CicpProfile.h"
 #include "imaging/pixels/ColourProfile.h"
+#include "imaging/pixels/GridConversion.h"
+#include "imaging/pixels/LightMeter.h"
 #include "imaging/pixels/PixelKernels.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <list>
 #include <mutex>
+#include <optional>
+#include <random>
 #include <vector>
 
 namespace tallowmere {
 namespace {
 
-using Bgr = std::array<float, 3>;
+using Light = LightMeter::Light;
+using Colour = std::array<std::uint8_t, 4>;
 
-struct DeleteContext
-{
-    void operator()(cmsContext context) const { cmsDeleteContext(context); }
-};
-struct DeleteTransform
-{
-    void operator()(cmsHTRANSFORM transform) const { cmsDeleteTransform(transform); }
-};
-using Context = std::unique_ptr<std::remove_pointer_t<cmsContext>, DeleteContext>;
-using Transform = std::unique_ptr<void, DeleteTransform>;
+/// Kept by all that live in it.
+using Context = std::shared_ptr<std::remove_pointer_t<cmsContext>>;
 
-// Without the cache a transform is constant while it is used, so that threads may share it.
-constexpr cmsUInt32Number kFlags = cmsFLAGS_NOCACHE;
-constexpr cmsUInt32Number kIntent = INTENT_PERCEPTUAL;
-
-std::uint8_t byteFromLight(float light)
-{
-    const double value = std::clamp(static_cast<double>(light), 0.0, 1.0);
-    const double signal = value <= 0.0031308 ? value * 12.92 : 1.055 * std::pow(value, 1.0 / 2.4) - 0.055;
-    return static_cast<std::uint8_t>(std::lround(signal * 255.0));
-}
+/// By channel (B, G, R) and value: the light it adds to blue, green and red.
+using LightOfChannels = std::array<std::array<Light, 256>, 3>;
 
 /// Colours spread over the whole cube, greys included.
-const std::vector<std::array<std::uint8_t, 4>> &probes()
+const std::vector<Colour> &probes()
 {
     static const auto made = [] {
-        std::vector<std::array<std::uint8_t, 4>> colours;
+        std::vector<Colour> colours;
         const auto level = [](unsigned i) { return static_cast<std::uint8_t>(i * 255 / 8); };
         for (unsigned i = 0; i < 9 * 9 * 9; ++i)
             colours.push_back({level(i % 9), level(i / 9 % 9), level(i / 81), 255});
@@ -71,12 +59,11 @@ bool changesNothing(const ColourConversion &conversion)
     return true;
 }
 
-/// The light each channel's value adds to blue, green and red: curves and matrix of most profiles in one table, four to
-/// five times as fast as the library's own arithmetic.
+/// Curves and matrix of most profiles in one table, four to five times as fast as the library's own arithmetic.
 class Mixture final : public ColourConversion
 {
 public:
-    Mixture(const std::array<std::array<Bgr, 256>, 3> &light)
+    Mixture(const LightOfChannels &light)
     {
         for (std::size_t channel = 0; channel < 3; ++channel) {
             for (std::size_t value = 0; value < 256; ++value) {
@@ -94,11 +81,11 @@ private:
     MixingTables m_tables;
 };
 
-/// What no sum of tables describes: profiles made of measured points.
+/// Bends that are too sharp for evenly spaced points: the library's own points stand closer where the curves are steep.
 class LibraryTransform final : public ColourConversion
 {
 public:
-    LibraryTransform(Context context, Transform transform)
+    LibraryTransform(Context context, ColourTransform transform)
         : m_context(std::move(context)), m_transform(std::move(transform))
     {}
 
@@ -111,54 +98,22 @@ public:
 
 private:
     Context m_context; ///< first: the transform lives in it
-    Transform m_transform;
+    ColourTransform m_transform;
 };
 
-/// Colours in a profile's space, told as light in sRGB's.
-class LightMeter final
+LightOfChannels lightOfChannels(const LightMeter &meter)
 {
-public:
-    LightMeter(cmsContext context, cmsHPROFILE profile) : m_grey(cmsGetColorSpace(profile) == cmsSigGrayData)
-    {
-        const Profile screen = makeLinearProfile(context);
-        if (screen)
-            m_transform.reset(cmsCreateTransformTHR(context, profile, m_grey ? TYPE_GRAY_FLT : TYPE_BGR_FLT,
-                                                    screen.get(), TYPE_BGR_FLT, kIntent, kFlags | cmsFLAGS_NOOPTIMIZE));
-    }
-
-    [[nodiscard]] bool usable() const { return m_transform != nullptr; }
-    [[nodiscard]] bool grey() const { return m_grey; }
-    [[nodiscard]] Bgr operator()(unsigned blue, unsigned green, unsigned red) const
-    {
-        const Bgr in{static_cast<float>(blue) / 255.0F, static_cast<float>(green) / 255.0F,
-                     static_cast<float>(red) / 255.0F};
-        Bgr out{};
-        cmsDoTransform(m_transform.get(), in.data(), out.data(), 1);
-        // A hostile profile's curves may hold anything at all.
-        for (float &light : out)
-            light = std::isfinite(light) ? std::clamp(light, -kMostLight, kMostLight) : 0.0F;
-        return out;
-    }
-
-private:
-    static constexpr float kMostLight = 16.0F;
-
-    bool m_grey;
-    Transform m_transform;
-};
-
-std::array<std::array<Bgr, 256>, 3> lightOfChannels(const LightMeter &meter)
-{
-    std::array<std::array<Bgr, 256>, 3> light{};
-    const Bgr black = meter(0, 0, 0);
-    for (unsigned v = 0; v < 256; ++v) {
+    LightOfChannels light{};
+    const Light black = meter(0, 0, 0);
+    for (std::size_t v = 0; v < 256; ++v) {
+        const float value = static_cast<float>(v) / 255.0F;
         if (meter.grey()) {
-            const Bgr all = meter(v, v, v);
+            const Light all = meter(value, value, value);
             for (std::size_t c = 0; c < 3; ++c)
                 light[c][v][c] = all[c];
             continue;
         }
-        const std::array<Bgr, 3> alone{meter(v, 0, 0), meter(0, v, 0), meter(0, 0, v)};
+        const std::array<Light, 3> alone{meter(value, 0, 0), meter(0, value, 0), meter(0, 0, value)};
         for (std::size_t channel = 0; channel < 3; ++channel) {
             for (std::size_t c = 0; c < 3; ++c)
                 light[channel][v][c] = alone[channel][c] - (channel == 0 ? 0.0F : black[c]);
@@ -167,33 +122,115 @@ std::array<std::array<Bgr, 256>, 3> lightOfChannels(const LightMeter &meter)
     return light;
 }
 
+Colour measured(const LightMeter &meter, const Colour &colour)
+{
+    const auto level = [](std::uint8_t value) { return static_cast<float>(value) / 255.0F; };
+    const Light light = meter(level(colour[0]), level(colour[1]), level(colour[2]));
+    return {byteFromLight(light[0]), byteFromLight(light[1]), byteFromLight(light[2]), colour[3]};
+}
+
 /// Whether channels add up: not so where a profile bends colours together.
-bool isMixture(const Mixture &mixture, const LightMeter &meter)
+bool isMixture(const ColourConversion &mixture, const LightMeter &meter)
 {
     if (meter.grey())
         return true;
     for (const auto &probe : probes()) {
         auto mixed = probe;
         mixture.convert(reinterpret_cast<std::byte *>(mixed.data()), 1);
-        const Bgr light = meter(probe[0], probe[1], probe[2]);
+        const Colour exact = measured(meter, probe);
         for (std::size_t c = 0; c < 3; ++c) {
-            if (std::abs(int{mixed[c]} - int{byteFromLight(light[c])}) > 1)
+            if (std::abs(int{mixed[c]} - int{exact[c]}) > 1)
                 return false;
         }
     }
     return true;
 }
 
-std::shared_ptr<const ColourConversion> libraryTransform(Context context, cmsHPROFILE profile)
+/// How far conversions are from the library's exact arithmetic.
+class Judge final
+{
+public:
+    static constexpr unsigned kGreys = 256;
+    static constexpr unsigned kColours = 3000;
+
+    struct Deviation
+    {
+        int greys = 0;    ///< the largest
+        unsigned off = 0; ///< how many other colours are more than two values away
+        std::uint64_t squares = 0;
+
+        /// At the rim of what the screen can show a channel ends so steeply that some colours always miss it.
+        [[nodiscard]] bool hardlySeen() const { return greys <= 1 && off <= kColours / 50; }
+    };
+
+    explicit Judge(const LightMeter &meter)
+    {
+        for (unsigned i = 0; i < kGreys; ++i) {
+            const auto grey = static_cast<std::uint8_t>(i);
+            m_asked.push_back({grey, grey, grey, 255});
+        }
+        // Colours in a pattern might all lie on the points of a grid.
+        std::minstd_rand random;
+        for (unsigned i = 0; i < kColours; ++i) {
+            const auto level = [&] { return static_cast<std::uint8_t>(random() >> 20U); };
+            m_asked.push_back({level(), level(), level(), 255});
+        }
+        for (const Colour &colour : m_asked)
+            m_exact.push_back(measured(meter, colour));
+    }
+
+    [[nodiscard]] Deviation operator()(const ColourConversion &conversion) const
+    {
+        auto converted = m_asked;
+        conversion.convert(reinterpret_cast<std::byte *>(converted.data()), converted.size());
+        Deviation deviation;
+        for (std::size_t i = 0; i < converted.size(); ++i) {
+            int largest = 0;
+            for (std::size_t c = 0; c < 3; ++c) {
+                const int difference = std::abs(int{converted[i][c]} - int{m_exact[i][c]});
+                largest = std::max(largest, difference);
+                deviation.squares += static_cast<std::uint64_t>(difference) * static_cast<std::uint64_t>(difference);
+            }
+            if (i < kGreys)
+                deviation.greys = std::max(deviation.greys, largest);
+            else
+                deviation.off += largest > 2 ? 1 : 0;
+        }
+        return deviation;
+    }
+
+private:
+    std::vector<Colour> m_asked;
+    std::vector<Colour> m_exact;
+};
+
+std::shared_ptr<const ColourConversion> libraryTransform(const Context &context, cmsHPROFILE profile)
 {
     const Profile screen(cmsCreate_sRGBProfileTHR(context.get()));
     if (!screen)
         return nullptr;
-    Transform transform(
-        cmsCreateTransformTHR(context.get(), profile, TYPE_BGRA_8, screen.get(), TYPE_BGRA_8, kIntent, kFlags));
+    // Without the cache a transform is constant while it is used, so that threads may share it.
+    ColourTransform transform(cmsCreateTransformTHR(context.get(), profile, TYPE_BGRA_8, screen.get(), TYPE_BGRA_8,
+                                                    kRenderingIntent, cmsFLAGS_NOCACHE));
     if (!transform)
         return nullptr;
-    return std::make_shared<LibraryTransform>(std::move(context), std::move(transform));
+    return std::make_shared<const LibraryTransform>(context, std::move(transform));
+}
+
+/// The grid, or the library's own transform where that is nearer to what is exact. It is lossy too, for the sake of
+/// speed, and mostly the worse one: it clips before it interpolates.
+std::shared_ptr<const ColourConversion> bentConversion(const LightMeter &meter, const Context &context,
+                                                       cmsHPROFILE profile)
+{
+    auto grid = std::make_shared<const GridConversion>(meter);
+    const Judge judge(meter);
+    const Judge::Deviation deviation = judge(*grid);
+    if (deviation.hardlySeen())
+        return grid;
+    auto library = libraryTransform(context, profile);
+    if (library && judge(*library).squares < deviation.squares)
+        return library;
+    return grid;
 }
 
 Profile profileOf(cmsContext context, const ColourDescription &colour)
@@ -207,24 +244,22 @@ Profile profileOf(cmsContext context, const ColourDescription &colour)
 
 std::shared_ptr<const ColourConversion> make(const ColourDescription &colour)
 {
-    Context context(cmsCreateContext(nullptr, nullptr));
+    const Context context(cmsCreateContext(nullptr, nullptr), [](cmsContext made) {
+        if (made)
+            cmsDeleteContext(made);
+    });
     if (!context)
         return nullptr;
     const Profile profile = profileOf(context.get(), colour);
     if (!profile)
         return nullptr;
-    std::shared_ptr<const ColourConversion> conversion;
-    {
-        const LightMeter meter(context.get(), profile.get());
-        if (!meter.usable())
-            return nullptr;
-        auto mixture = std::make_shared<const Mixture>(lightOfChannels(meter));
-        if (isMixture(*mixture, meter))
-            conversion = std::move(mixture);
-    }
-    if (!conversion)
-        conversion = libraryTransform(std::move(context), profile.get());
-    return conversion && !changesNothing(*conversion) ? conversion : nullptr;
+    const LightMeter meter(context.get(), profile.get());
+    if (!meter.usable())
+        return nullptr;
+    std::shared_ptr<const ColourConversion> conversion = std::make_shared<const Mixture>(lightOfChannels(meter));
+    if (!isMixture(*conversion, meter))
+        conversion = bentConversion(meter, context, profile.get());
+    return changesNothing(*conversion) ? nullptr : conversion;
 }
 
 bool sameColour(const ColourDescription &a, const ColourDescription &b)
@@ -241,16 +276,14 @@ public:
     {
         {
             const std::lock_guard lock(m_mutex);
-            for (auto entry = m_entries.begin(); entry != m_entries.end(); ++entry) {
-                if (sameColour(entry->colour, colour)) {
-                    m_entries.splice(m_entries.begin(), m_entries, entry);
-                    return entry->conversion;
-                }
-            }
+            if (const Entry *entry = findLocked(colour))
+                return entry->conversion;
         }
         // Made without the lock: who needs another one needn't wait, and making the same twice does no harm.
         auto conversion = make(colour);
         const std::lock_guard lock(m_mutex);
+        if (const Entry *entry = findLocked(colour))
+            return entry->conversion; // another thread was faster
         m_entries.push_front({colour, conversion});
         if (m_entries.size() > kEntries)
             m_entries.pop_back();
@@ -264,6 +297,17 @@ private:
         std::shared_ptr<const ColourConversion> conversion;
     };
     static constexpr std::size_t kEntries = 8;
+
+    /// Null when there is none; what is found becomes the latest.
+    const Entry *findLocked(const ColourDescription &colour)
+    {
+        const auto entry = std::find_if(m_entries.begin(), m_entries.end(),
+                                        [&](const Entry &each) { return sameColour(each.colour, colour); });
+        if (entry == m_entries.end())
+            return nullptr;
+        m_entries.splice(m_entries.begin(), m_entries, entry);
+        return &*entry;
+    }
 
     std::mutex m_mutex;
     std::list<Entry> m_entries;

@@ -11,56 +11,17 @@
 #define HWY_TARGET_INCLUDE "imaging/pixels/PixelKernels.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
+// After the list of targets: these are compiled once for each of them, too.
+#include "imaging/pixels/PixelKernelsColour-inl.h"
+#include "imaging/pixels/PixelKernelsCommon-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace tallowmere::HWY_NAMESPACE {
-
-namespace hn = hwy::HWY_NAMESPACE;
-
-// Vectors wider than 16 bytes are used on x86 only, where interleaving and packing stay within blocks of
-// 16 bytes and so undo one another.
-#undef TALLOWMERE_BLOCKWISE
-#if HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128
-#define TALLOWMERE_BLOCKWISE 1
-using Bytes = hn::ScalableTag<std::uint8_t>;
-using Words = hn::ScalableTag<std::int16_t>;
-#else
-#define TALLOWMERE_BLOCKWISE 0
-using Bytes = hn::FixedTag<std::uint8_t, 16>;
-using Words = hn::FixedTag<std::int16_t, 8>;
-#endif
 
 constexpr std::size_t kPixelsAtOnce = TALLOWMERE_BLOCKWISE ? HWY_MAX_BYTES / 16 : 1;
 static_assert(kPixelsAtOnce <= kRowFilterGroup);
 
 using Block = hn::FixedTag<std::uint8_t, 16>;
-
-const std::uint8_t *bytesAt(const std::byte *data)
-{
-    return reinterpret_cast<const std::uint8_t *>(data);
-}
-std::uint8_t *bytesAt(std::byte *data)
-{
-    return reinterpret_cast<std::uint8_t *>(data);
-}
-
-/// @p sum plus the products of neighbouring 16-bit lanes, added in twos.
-template <class Words16>
-HWY_INLINE auto addPairProducts(Words16, hn::Vec<Words16> a, hn::Vec<Words16> b,
-                                hn::Vec<hn::RepartitionToWide<Words16>> sum)
-{
-    const hn::RepartitionToWide<Words16> wide;
-#if TALLOWMERE_BLOCKWISE
-    auto unused = hn::Zero(wide);
-    return hn::ReorderWidenMulAccumulate(wide, a, b, sum, unused);
-#else
-    const auto a32 = hn::BitCast(wide, a);
-    const auto b32 = hn::BitCast(wide, b);
-    const auto low = [&](auto v) { return hn::ShiftRight<16>(hn::ShiftLeft<16>(v)); };
-    const auto high = [&](auto v) { return hn::ShiftRight<16>(v); };
-    return hn::Add(sum, hn::Add(hn::Mul(low(a32), low(b32)), hn::Mul(high(a32), high(b32))));
-#endif
-}
 
 std::array<std::uint64_t, 4> sumChannels(const std::byte *pixels, std::uint64_t count)
 {
@@ -283,24 +244,6 @@ void filterOneColumnSet(const std::int16_t *const *rows, const std::int16_t *wei
     }
 }
 
-void mixColourRow(std::byte *pixels, std::size_t count, const MixingTables &tables)
-{
-    const hn::FixedTag<float, 4> d;
-    const hn::Rebind<std::int32_t, decltype(d)> d32;
-    const auto most = hn::Set(d, static_cast<float>(MixingTables::kSteps));
-    alignas(16) std::int32_t steps[4];
-    std::uint8_t *at = bytesAt(pixels);
-    for (; count > 0; --count, at += 4) {
-        const auto blue = hn::Load(d, tables.light[0][at[0]].data());
-        const auto green = hn::Load(d, tables.light[1][at[1]].data());
-        const auto red = hn::Load(d, tables.light[2][at[2]].data());
-        const auto light = hn::Clamp(hn::Add(hn::Add(blue, green), red), hn::Zero(d), most);
-        hn::Store(hn::NearestInt(light), d32, steps);
-        for (std::size_t c = 0; c < 3; ++c)
-            at[c] = tables.signal[static_cast<std::size_t>(steps[c])];
-    }
-}
-
 void pickRow(const std::uint32_t *row, std::size_t width, const std::uint32_t *columns, std::size_t count,
              std::uint32_t *out)
 {
@@ -332,6 +275,7 @@ constexpr KernelSet kKernels{
     .filterOneRow = filterOneRow,
     .filterOneColumnSet = filterOneColumnSet,
     .mixColourRow = mixColourRow,
+    .interpolateColourRow = interpolateColourRow,
 };
 
 } // namespace tallowmere::HWY_NAMESPACE
@@ -426,6 +370,11 @@ void filterColumns(const std::int16_t *const *rows, const std::int16_t *weights,
 void mixColours(std::byte *pixels, std::size_t count, const MixingTables &tables)
 {
     chosen->mixColourRow(pixels, count, tables);
+}
+
+void interpolateColours(std::byte *pixels, std::size_t count, const ColourGrid &grid)
+{
+    chosen->interpolateColourRow(pixels, count, grid);
 }
 
 void unpremultiply(std::byte *pixels, std::size_t count)

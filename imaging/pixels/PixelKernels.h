@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 namespace tallowmere {
 
@@ -57,5 +58,22 @@ struct MixingTables
 
 /// Replaces the colours of BGRA pixels by what their channels add up to; alpha stays.
 void mixColours(std::byte *pixels, std::size_t count, const MixingTables &tables);
+
+/// What interpolateColours() goes by: the colours of evenly spaced points of the cube that B, G and R span.
+struct ColourGrid
+{
+    /// Eight steps of a byte apart, nearly: a byte's upper five bits name the cell, and all eight, turned round, how
+    /// far into it the value lies (255: at its far end).
+    static constexpr std::size_t kSide = 33;
+    static constexpr std::size_t kNodes = kSide * kSide * kSide;
+    static constexpr int kOne = 16384; ///< stands for 255
+
+    /// B, G, R and a zero; B changes fastest. Below 0 and beyond kOne: what is clipped after interpolating, since a
+    /// kink inside a cell can't be interpolated.
+    std::vector<std::array<std::int16_t, 4>> nodes = std::vector<std::array<std::int16_t, 4>>(kNodes);
+};
+
+/// Replaces the colours of BGRA pixels by those of the grid, interpolated in tetrahedra; alpha stays.
+void interpolateColours(std::byte *pixels, std::size_t count, const ColourGrid &grid);
 
 } // namespace tallowmere

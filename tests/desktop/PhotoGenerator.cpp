@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/desktop/PhotoGenerator.h"
 
-#include <lcms2.h>
+#include "tests/imaging/pixels/Profiles.h"
+
 #include <png.h>
 
 #include <algorithm>
@@ -44,36 +45,6 @@ std::vector<std::uint8_t> exifBlock(int orientation)
     append(bytes, {0, 0, 0, 0});
     bytes.insert(bytes.end(), kModel.begin(), kModel.end());
     bytes.insert(bytes.end(), kTaken.begin(), kTaken.end());
-    return bytes;
-}
-
-using Profile = std::unique_ptr<void, decltype(&cmsCloseProfile)>;
-
-/// sRGB's curve and white, and primaries that reach further.
-Profile displayP3Profile()
-{
-    const cmsCIExyY white{0.3127, 0.3290, 1.0};
-    const cmsCIExyYTRIPLE primaries{{0.680, 0.320, 1.0}, {0.265, 0.690, 1.0}, {0.150, 0.060, 1.0}};
-    const double parameters[] = {2.4, 1 / 1.055, 0.055 / 1.055, 1 / 12.92, 0.04045};
-    const std::unique_ptr<cmsToneCurve, decltype(&cmsFreeToneCurve)> curve(
-        cmsBuildParametricToneCurve(nullptr, 4, parameters), &cmsFreeToneCurve);
-    cmsToneCurve *const curves[] = {curve.get(), curve.get(), curve.get()};
-    return {cmsCreateRGBProfile(&white, &primaries, curves), &cmsCloseProfile};
-}
-
-std::vector<std::uint8_t> profileOf(ColourSpace space)
-{
-    const Profile profile =
-        space == ColourSpace::sRGB ? Profile(cmsCreate_sRGBProfile(), &cmsCloseProfile) : displayP3Profile();
-    cmsUInt32Number size = 0;
-    cmsSaveProfileToMem(profile.get(), nullptr, &size);
-    std::vector<std::uint8_t> bytes(size);
-    if (bytes.empty() || !cmsSaveProfileToMem(profile.get(), bytes.data(), &size))
-        throw std::runtime_error("no colour profile");
-    // The time of making lies in the header: without it the same request gives the same bytes.
-    constexpr std::size_t kDateAt = 24;
-    constexpr std::size_t kDateLength = 12;
-    std::fill_n(bytes.begin() + kDateAt, kDateLength, std::uint8_t{0});
     return bytes;
 }
 
@@ -238,8 +209,9 @@ std::vector<std::byte> encodeJpeg(int width, int height, const RowSource &rows, 
         const auto exif = exifBlock(options.orientation);
         jpeg_write_marker(&codec, kExifMarker, exif.data(), static_cast<unsigned>(exif.size()));
     }
-    const auto profile = profileOf(options.profile);
-    jpeg_write_icc_profile(&codec, profile.data(), static_cast<unsigned>(profile.size()));
+    const ProfileBytes profile = options.profile == ColourSpace::sRGB ? sRGBProfile() : displayP3Profile();
+    jpeg_write_icc_profile(&codec, reinterpret_cast<const JOCTET *>(profile->data()),
+                           static_cast<unsigned>(profile->size()));
     std::vector<std::uint8_t> row(static_cast<std::size_t>(width) * 3);
     for (int y = 0; y < height; ++y) {
         rows(y, row);

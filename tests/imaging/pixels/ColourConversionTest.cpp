@@ -8,6 +8,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <latch>
+#include <random>
+#include <set>
+#include <thread>
 
 namespace tallowmere {
 namespace {
@@ -72,23 +76,17 @@ TEST(ColourConversion, agreesWithTheColourLibraryOnEveryProbe)
     for (const ProfileBytes &bytes : {displayP3Profile(), rgbProfile(kBT709, 1.8), rgbProfile(kP3, 2.2)}) {
         const auto conversion = ColourConversion::toSRGB(described(bytes));
         ASSERT_TRUE(conversion);
-        cmsHPROFILE profile = cmsOpenProfileFromMem(bytes->data(), static_cast<cmsUInt32Number>(bytes->size()));
-        cmsHPROFILE screen = cmsCreate_sRGBProfile();
-        cmsHTRANSFORM transform = cmsCreateTransform(profile, TYPE_BGR_8, screen, TYPE_BGR_8,
-                                                     INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_NOOPTIMIZE);
+        const TransformHandle transform = transformToSRGB(bytes, TYPE_BGR_8, cmsFLAGS_NOOPTIMIZE);
         for (unsigned i = 0; i < 17 * 17 * 17; ++i) {
             const auto level = [](unsigned step) { return static_cast<std::uint8_t>(step * 255 / 16); };
             Pixel ours{level(i % 17), level(i / 17 % 17), level(i / 289), 77};
             std::array<std::uint8_t, 3> theirs{};
-            cmsDoTransform(transform, ours.data(), theirs.data(), 1);
+            cmsDoTransform(transform.get(), ours.data(), theirs.data(), 1);
             conversion->convert(reinterpret_cast<std::byte *>(ours.data()), 1);
             for (std::size_t c = 0; c < 3; ++c)
                 ASSERT_NEAR(ours[c], theirs[c], 1) << i;
             ASSERT_EQ(ours[3], 77);
         }
-        cmsDeleteTransform(transform);
-        cmsCloseProfile(screen);
-        cmsCloseProfile(profile);
     }
 }
 
@@ -217,7 +215,7 @@ TEST(ColourConversion, ofSenselessChromaticitiesIsNone)
     EXPECT_EQ(ColourConversion::toSRGB(described(NAN)), nullptr);
 }
 
-TEST(ColourConversion, ofATableProfileGoesThroughTheLibrary)
+TEST(ColourConversion, ofATableProfileBendsColoursTogether)
 {
     // A table that swaps red and blue where red is bright: no sum of channels does that.
     cmsHPROFILE profile = cmsCreate_sRGBProfile();
@@ -248,12 +246,153 @@ TEST(ColourConversion, ofATableProfileGoesThroughTheLibrary)
     EXPECT_GT(both[2], both[1] + 60); // a* 100
 }
 
+/// Every grey, and then colours from all over the cube.
+std::vector<Pixel> greysAndColours()
+{
+    std::vector<Pixel> pixels;
+    for (unsigned i = 0; i < 256; ++i)
+        pixels.push_back({std::uint8_t(i), std::uint8_t(i), std::uint8_t(i), 255});
+    std::mt19937 random(5);
+    for (int i = 0; i < 10'000; ++i) {
+        const auto bits = random();
+        pixels.push_back({std::uint8_t(bits), std::uint8_t(bits >> 8U), std::uint8_t(bits >> 16U), 255});
+    }
+    return pixels;
+}
+
+struct Deviation
+{
+    int greys = 0;
+    int colours = 0;
+    int beyondTwo = 0;
+    double squares = 0;
+};
+
+/// @p pixels are what became of greysAndColours(); compared with what the library gets when it takes its time.
+Deviation deviationOf(const std::vector<Pixel> &pixels, const ProfileBytes &profile)
+{
+    const TransformHandle transform = transformToSRGB(profile, TYPE_BGR_16, cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE);
+    const std::vector<Pixel> asked = greysAndColours();
+    Deviation deviation;
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        std::array<std::uint16_t, 3> exact{};
+        for (std::size_t c = 0; c < 3; ++c)
+            exact[c] = static_cast<std::uint16_t>(asked[i][c] * 257);
+        cmsDoTransform(transform.get(), exact.data(), exact.data(), 1);
+        int largest = 0;
+        for (std::size_t c = 0; c < 3; ++c) {
+            const int difference = std::abs(pixels[i][c] - static_cast<int>(std::lround(exact[c] / 257.0)));
+            largest = std::max(largest, difference);
+            deviation.squares += difference * difference;
+        }
+        int &most = i < 256 ? deviation.greys : deviation.colours;
+        most = std::max(most, largest);
+        deviation.beyondTwo += i >= 256 && largest > 2 ? 1 : 0;
+    }
+    return deviation;
+}
+
+std::vector<Pixel> convertedByTheFastLibrary(const ProfileBytes &profile)
+{
+    const TransformHandle transform = transformToSRGB(profile, TYPE_BGRA_8, cmsFLAGS_NOCACHE);
+    std::vector<Pixel> pixels = greysAndColours();
+    cmsDoTransform(transform.get(), pixels.data(), pixels.data(), static_cast<cmsUInt32Number>(pixels.size()));
+    return pixels;
+}
+
+std::vector<Pixel> convertedByUs(const ProfileBytes &profile)
+{
+    std::vector<Pixel> pixels = greysAndColours();
+    if (const auto conversion = ColourConversion::toSRGB(described(profile)))
+        conversion->convert(reinterpret_cast<std::byte *>(pixels.data()), pixels.size());
+    return pixels;
+}
+
+TEST(ColourConversion, ofMeasuredPointsIsWithinTwoOfTheLibrary)
+{
+    for (const ProfileBytes &profile :
+         {bentProfile(sRGBProfile(), 0, -15), curvedBentProfile(1.0), curvedBentProfile(1.4), curvedBentProfile(2.2)}) {
+        const Deviation ours = deviationOf(convertedByUs(profile), profile);
+        EXPECT_LE(ours.greys, 1);
+        EXPECT_LE(ours.colours, 2);
+    }
+}
+
+TEST(ColourConversion, ofMeasuredPointsIsNearerThanTheFastLibraryWhereColoursAreClipped)
+{
+    for (const ProfileBytes &profile : {bentProfile(sRGBProfile(), 0, 15), bentProfile(displayP3Profile(), 10, 0),
+                                        bentProfile(displayP3Profile(), 0, -10)}) {
+        const Deviation ours = deviationOf(convertedByUs(profile), profile);
+        const Deviation theirs = deviationOf(convertedByTheFastLibrary(profile), profile);
+        EXPECT_LE(ours.greys, 1);
+        EXPECT_LT(ours.beyondTwo, 200); // one in fifty
+        EXPECT_LT(ours.beyondTwo, theirs.beyondTwo);
+        EXPECT_LT(ours.squares, theirs.squares);
+    }
+}
+
+TEST(ColourConversion, ofMeasuredLightIsNearerThanTheFastLibraryThoughNeitherIsNear)
+{
+    // As linear as light itself: dark tones crowd between the first points of either table.
+    const ProfileBytes profile = bentProfile(rgbProfile(kP3, 1.0), 0, -10);
+    const Deviation ours = deviationOf(convertedByUs(profile), profile);
+    const Deviation theirs = deviationOf(convertedByTheFastLibrary(profile), profile);
+    EXPECT_GT(theirs.greys, 1);
+    EXPECT_LT(ours.greys, theirs.greys);
+    EXPECT_LT(ours.squares, theirs.squares);
+}
+
+TEST(ColourConversion, ofPointsBehindSteepCurvesIsTheLibrarys)
+{
+    for (const double gamma : {0.3, 0.45}) {
+        const ProfileBytes profile = curvedBentProfile(gamma);
+        EXPECT_EQ(convertedByUs(profile), convertedByTheFastLibrary(profile));
+        EXPECT_LE(deviationOf(convertedByUs(profile), profile).greys, 1);
+    }
+}
+
+TEST(ColourConversion, ofMeasuredPointsIsTheSameForAnyNumberOfPixels)
+{
+    const auto conversion = ColourConversion::toSRGB(described(bentProfile(displayP3Profile(), 10, 0)));
+    ASSERT_TRUE(conversion);
+    const std::vector<Pixel> asked = greysAndColours();
+    std::vector<Pixel> all = asked;
+    conversion->convert(reinterpret_cast<std::byte *>(all.data()), all.size());
+    for (std::size_t count = 0; count < 70; ++count) {
+        std::vector<Pixel> some(asked.begin() + 300, asked.begin() + 370);
+        conversion->convert(reinterpret_cast<std::byte *>(some.data()), count);
+        for (std::size_t i = 0; i < some.size(); ++i)
+            ASSERT_EQ(some[i], (i < count ? all : asked)[300 + i]) << i << " of " << count;
+    }
+}
+
 TEST(ColourConversion, isMadeOnceForEqualProfiles)
 {
     const auto first = ColourConversion::toSRGB(described(displayP3Profile()));
     const auto second = ColourConversion::toSRGB(described(displayP3Profile()));
     EXPECT_EQ(first, second);
     EXPECT_NE(first, ColourConversion::toSRGB(described(rgbProfile(kP3, 2.2))));
+}
+
+TEST(ColourConversion, askedForByManyThreadsAtOnceIsKeptOnce)
+{
+    constexpr std::size_t kThreads = 4;
+    // Measured points: long enough in the making for all to have begun.
+    const ColourDescription colour = described(bentProfile(sRGBProfile(), 7, 0));
+    std::array<std::shared_ptr<const ColourConversion>, kThreads> found;
+    std::latch ready(kThreads);
+    std::vector<std::thread> threads;
+    for (auto &each : found) {
+        threads.emplace_back([&] {
+            ready.arrive_and_wait();
+            each = ColourConversion::toSRGB(colour);
+        });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    EXPECT_TRUE(found[0]);
+    EXPECT_EQ(std::set(found.begin(), found.end()).size(), 1U);
+    EXPECT_EQ(ColourConversion::toSRGB(colour), found[0]);
 }
 
 } // namespace

@@ -9,6 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+#include <random>
+
 namespace tallowmere {
 namespace {
 
@@ -87,6 +91,69 @@ TEST_F(EveryProcessor, getsTheSamePixels)
     for (const KernelSet *set : runnableKernelSets()) {
         useKernelSet(*set);
         EXPECT_EQ(work(), expected) << set->instructionSet;
+    }
+}
+
+/// By the textbook, one pixel at a time: from the cell's near corner to its far one, along the channels in the order in
+/// which the colour lies far into the cell.
+Pixel interpolated(const ColourGrid &grid, const Pixel &pixel)
+{
+    constexpr int kCells = ColourGrid::kSide - 1;
+    constexpr std::array<std::size_t, 3> kSteps{1, ColourGrid::kSide, ColourGrid::kSide * ColourGrid::kSide};
+    std::array<int, 3> into{};
+    std::size_t node = 0;
+    for (std::size_t c = 0; c < 3; ++c) {
+        const int cell = std::min(pixel[c] * kCells / 255, kCells - 1);
+        into[c] = pixel[c] * kCells - cell * 255;
+        node += static_cast<std::size_t>(cell) * kSteps[c];
+    }
+    std::array<std::size_t, 3> order{0, 1, 2};
+    std::sort(order.begin(), order.end(), [&](auto a, auto b) { return into[a] > into[b]; });
+    std::array<int, 3> sum{};
+    int before = 255;
+    for (std::size_t i = 0; i <= 3; ++i) {
+        const int after = i < 3 ? into[order[i]] : 0;
+        for (std::size_t c = 0; c < 3; ++c)
+            sum[c] += (before - after) * grid.nodes[node][c];
+        before = after;
+        node += i < 3 ? kSteps[order[i]] : 0;
+    }
+    Pixel result = pixel;
+    for (std::size_t c = 0; c < 3; ++c)
+        result[c] =
+            static_cast<std::uint8_t>(std::clamp(std::floor(sum[c] / double{ColourGrid::kOne} + 0.5), 0.0, 255.0));
+    return result;
+}
+
+TEST_F(EveryProcessor, interpolatesAllColoursOfAGridAlike)
+{
+    std::mt19937 random(11);
+    ColourGrid grid;
+    for (auto &node : grid.nodes) {
+        for (std::size_t c = 0; c < 3; ++c) // beyond what a byte holds on either side
+            node[c] = static_cast<std::int16_t>(static_cast<int>(random() % 24'000) - 4'000);
+    }
+    std::vector<Pixel> colours;
+    for (unsigned i = 0; i < 256; ++i) {
+        const auto value = static_cast<std::uint8_t>(i);
+        colours.push_back({value, value, value, 7}); // ties
+        colours.push_back({value, value, 0, 255});
+        colours.push_back({255, value, value, 0});
+        colours.push_back({value, 255, value, 128});
+    }
+    for (int i = 0; i < 20'003; ++i) { // no multiple of any vector's length
+        const auto bits = random();
+        colours.push_back(
+            {std::uint8_t(bits), std::uint8_t(bits >> 8U), std::uint8_t(bits >> 16U), std::uint8_t(bits >> 24U)});
+    }
+    std::vector<Pixel> expected;
+    for (const Pixel &colour : colours)
+        expected.push_back(interpolated(grid, colour));
+    for (const KernelSet *set : runnableKernelSets()) {
+        useKernelSet(*set);
+        std::vector<Pixel> found = colours;
+        interpolateColours(reinterpret_cast<std::byte *>(found.data()), found.size(), grid);
+        EXPECT_EQ(found, expected) << set->instructionSet;
     }
 }
 
