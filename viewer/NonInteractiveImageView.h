@@ -18,16 +18,14 @@ public:
     /// @p resource: a file compiled into the program. One that can't be read leaves the view empty.
     void setImage(const QString &resource);
     [[nodiscard]] bool isEmpty() const { return m_naturalSize.isEmpty(); }
-    /// The image's own size; only its shape matters.
-    [[nodiscard]] QSize naturalSize() const { return m_naturalSize; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
     QString m_resource;
-    QSize m_naturalSize;
-    QPixmap m_rendered; ///< at the device size it was last painted at
+    QSize m_naturalSize; ///< the image's own; only its shape matters
+    QPixmap m_rendered;  ///< at the device size it was last painted at
 };
 
 } // namespace tallowmere

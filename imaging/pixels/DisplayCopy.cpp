@@ -23,7 +23,7 @@ PixelBuffer makeDisplayCopy(const PixelBuffer &image, PixelSize size, const std:
             Resampler resampler(reduction, part.first, part.end);
             const std::uint32_t past = resampler.endSourceRow();
             std::uint32_t y = part.first;
-            for (std::uint32_t source = resampler.firstSourceRow(); source < past && part.goesOn(); ++source) {
+            for (std::uint32_t source = resampler.nextDependsFrom(); source < past && part.goesOn(); ++source) {
                 resampler.push(image.row(source));
                 while (y < part.end && resampler.pull(result.row(y)))
                     ++y;

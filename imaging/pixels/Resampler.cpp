@@ -67,7 +67,7 @@ Resampler::Resampler(std::shared_ptr<const Reduction> reduction, std::uint32_t f
         m_padded.resize(m_reduction->m_quads * 16);
 }
 
-std::uint32_t Resampler::firstSourceRow() const
+std::uint32_t Resampler::nextDependsFrom() const
 {
     return m_reduction->m_vertical.start(m_next);
 }
@@ -75,11 +75,6 @@ std::uint32_t Resampler::firstSourceRow() const
 std::uint32_t Resampler::endSourceRow() const
 {
     return m_reduction->m_vertical.end(m_end - 1);
-}
-
-std::uint32_t Resampler::nextDependsFrom() const
-{
-    return m_reduction->m_vertical.start(m_next);
 }
 
 std::int16_t *Resampler::slot(std::uint32_t sourceRow)

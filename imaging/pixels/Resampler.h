@@ -47,14 +47,14 @@ public:
     /// Makes result rows @p first up to but not including @p end. Throws std::bad_alloc.
     Resampler(std::shared_ptr<const Reduction> reduction, std::uint32_t first, std::uint32_t end);
 
-    /// The first source row wanted, and where they end.
-    [[nodiscard]] std::uint32_t firstSourceRow() const;
-    [[nodiscard]] std::uint32_t endSourceRow() const;
-    /// The first source row that the next result row depends on.
+    /// The first source row that the next result row depends on: before the first push(), the row to begin with. Only
+    /// until finished().
     [[nodiscard]] std::uint32_t nextDependsFrom() const;
+    /// Where the source rows wanted end.
+    [[nodiscard]] std::uint32_t endSourceRow() const;
     [[nodiscard]] bool finished() const { return m_next == m_end; }
 
-    /// Takes the next source row of from().width pixels; the first is firstSourceRow(). pull() has said no before.
+    /// Takes the next source row of from().width pixels; the first is nextDependsFrom(). pull() has said no before.
     void push(const std::byte *row);
     /// Writes the next result row of to().width pixels, or says that it needs more source rows, or that it was the
     /// last.

@@ -37,8 +37,6 @@ public:
     /// The file to open, if the drop is accepted. Read anew by the caller: the settings may have changed on the way.
     [[nodiscard]] std::optional<FileURL> dropped(const std::optional<FileURL> &file);
 
-    [[nodiscard]] const std::optional<FileURL> &draggedFileURL() const { return m_draggedFileURL; }
-
 private:
     std::optional<FileURL> m_draggedFileURL;
     bool m_logoWasHiddenDuringDrag = false;

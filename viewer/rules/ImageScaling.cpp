@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/rules/ImageScaling.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace tallowmere {
@@ -17,14 +16,6 @@ ImageScaling imageScalingFor(QSizeF image, QSizeF view, double zoom)
     const bool sameSize = std::abs(image.width() - view.width()) < 1 && std::abs(image.height() - view.height()) < 1;
     const bool smaller = image.width() < view.width() && image.height() < view.height();
     return sameSize || smaller ? ImageScaling::proportionallyDown : ImageScaling::proportionallyUpOrDown;
-}
-
-QSizeF scaledSize(QSizeF image, QSizeF view, ImageScaling scaling)
-{
-    if (image.isEmpty() || view.isEmpty())
-        return {0, 0};
-    const double fitting = std::min(view.width() / image.width(), view.height() / image.height());
-    return image * (scaling == ImageScaling::proportionallyDown ? std::min(fitting, 1.0) : fitting);
 }
 
 } // namespace tallowmere

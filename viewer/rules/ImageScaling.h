@@ -16,7 +16,4 @@ enum class ImageScaling
 /// Sizes in points. A view without room gives proportionallyUpOrDown.
 [[nodiscard]] ImageScaling imageScalingFor(QSizeF image, QSizeF view, double zoom);
 
-/// The size in points of @p image shown in @p view. Empty when either is.
-[[nodiscard]] QSizeF scaledSize(QSizeF image, QSizeF view, ImageScaling scaling);
-
 } // namespace tallowmere

@@ -16,9 +16,4 @@ QRectF ImageTransform::mapped(const QRectF &rect, QPointF viewCentre) const
     return {viewCentre + (rect.topLeft() - viewCentre) * scale + shift, rect.size() * scale};
 }
 
-QPointF ImageTransform::unmapped(QPointF point, QPointF viewCentre) const
-{
-    return viewCentre + (point - shift - viewCentre) / scale;
-}
-
 } // namespace tallowmere

@@ -26,8 +26,6 @@ struct ImageTransform
 
     /// Where @p rect of the untransformed view comes to lie. Points of the view.
     [[nodiscard]] QRectF mapped(const QRectF &rect, QPointF viewCentre) const;
-    /// The point of the untransformed view that is seen at @p point.
-    [[nodiscard]] QPointF unmapped(QPointF point, QPointF viewCentre) const;
 
     friend bool operator==(const ImageTransform &, const ImageTransform &) = default;
 };

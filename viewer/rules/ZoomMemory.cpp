@@ -41,8 +41,9 @@ void ZoomMemory::forget(const FileURL &file)
 
 void ZoomMemory::reset(const Key &key)
 {
-    setZoomScale(key, 1.0);
-    setPanOffset(key, {});
+    if (key)
+        m_imageZoomScales.remove(*key);
+    removePanOffset(key);
 }
 
 } // namespace tallowmere

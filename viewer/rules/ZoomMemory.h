@@ -11,7 +11,7 @@
 
 namespace tallowmere {
 
-/// The zoom and the pan of every file that was looked at, per window size.
+/// The zoom and the pan of every file that was zoomed or moved, per window size.
 ///
 /// Offsets are in points of the unscaled image, y upwards. "No key" stands for no current file or no window:
 /// look-ups then give the defaults, changes do nothing. One thread.
@@ -29,7 +29,7 @@ public:
     void removePanOffset(const Key &key);
     /// Whatever the size of the window was.
     void forget(const FileURL &file);
-    /// Zoom 1 and no offset, from now on.
+    /// Zoom 1 and no offset, from now on. Keeps no entry: a file only shown must not cost forget() anything.
     void reset(const Key &key);
 
 private:

@@ -20,11 +20,11 @@ Change changeTo(double newZoom, double zoom)
 
 } // namespace
 
-std::optional<double> windowRatio(std::optional<double> contentWidth, std::optional<double> fittedWidth)
+std::optional<double> windowRatio(double contentWidth, double fittedWidth)
 {
-    if (!contentWidth || !fittedWidth || !(*contentWidth > 0) || !(*fittedWidth > 0))
+    if (!(contentWidth > 0) || !(fittedWidth > 0))
         return std::nullopt;
-    return *contentWidth / *fittedWidth;
+    return contentWidth / fittedWidth;
 }
 
 Change zoomIn(double zoom)

@@ -23,8 +23,8 @@ struct Change
 };
 
 /// How wide the window's content is, as a part of the width at which the image is shown pixel for pixel as far as
-/// the screen allows. Nothing when there is no window or no such width, or when it means nothing.
-[[nodiscard]] std::optional<double> windowRatio(std::optional<double> contentWidth, std::optional<double> fittedWidth);
+/// the screen allows. Nothing unless both are above 0.
+[[nodiscard]] std::optional<double> windowRatio(double contentWidth, double fittedWidth);
 
 /// With the window's size left alone. Nothing when the zoom is at its limit already.
 [[nodiscard]] Change zoomIn(double zoom);

@@ -18,7 +18,7 @@ PixelBuffer reduced(const PixelBuffer &source, PixelSize to)
     PixelBuffer result = PixelBuffer::allocate(to);
     Resampler resampler(std::make_shared<const Reduction>(source.size(), to), 0, to.height);
     std::uint32_t done = 0;
-    for (std::uint32_t y = resampler.firstSourceRow(); y < resampler.endSourceRow(); ++y) {
+    for (std::uint32_t y = resampler.nextDependsFrom(); y < resampler.endSourceRow(); ++y) {
         resampler.push(source.row(y));
         while (done < to.height && resampler.pull(result.row(done)))
             ++done;
@@ -159,7 +159,7 @@ TEST(Resampler, makesPartsThatJoinWithoutASeam)
         Resampler part(reduction, first, end);
         PixelBuffer row = PixelBuffer::allocate({to.width, 1});
         std::uint32_t done = first;
-        for (std::uint32_t y = part.firstSourceRow(); y < part.endSourceRow(); ++y) {
+        for (std::uint32_t y = part.nextDependsFrom(); y < part.endSourceRow(); ++y) {
             part.push(source.row(y));
             while (part.pull(row.row(0)))
                 EXPECT_EQ(std::memcmp(row.row(0), whole.row(done++), row.bytes()), 0);

@@ -1,6 +1,5 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
-#include "viewer/rules/BackgroundRule.h"
 #include "viewer/rules/CheckerPattern.h"
 #include "viewer/rules/OverlayVisibility.h"
 #include "viewer/rules/PillLayout.h"
@@ -126,27 +125,6 @@ TEST(Transparency, withoutAnImageOrABitmapShowsNoCheckers)
 {
     EXPECT_FALSE(showsCheckers(TransparencyBackground::checkers, nullptr));
     EXPECT_FALSE(showsCheckers(TransparencyBackground::checkers, std::make_shared<const Image>(QSizeF(10, 10))));
-}
-
-TEST(Background, followsTheImageOnlyWhileTheWindowDoes)
-{
-    constexpr auto shown = BackgroundOccasion::fileShown;
-    EXPECT_EQ(backgroundColourFor(shown, true, true), BackgroundColour::cachedAverage);
-    EXPECT_EQ(backgroundColourFor(shown, true, false), BackgroundColour::averageWhenImageLoaded);
-    EXPECT_EQ(backgroundColourFor(shown, false, true), BackgroundColour::windowBackground);
-    EXPECT_EQ(backgroundColourFor(shown, false, false), BackgroundColour::windowBackground);
-}
-
-TEST(Background, becomesTheWindowsWhenIdleAndWhenTheAppearanceChangesEvenWithAnImageShown)
-{
-    for (const bool follows : {false, true}) {
-        for (const bool cached : {false, true}) {
-            EXPECT_EQ(backgroundColourFor(BackgroundOccasion::idle, follows, cached),
-                      BackgroundColour::windowBackground);
-            EXPECT_EQ(backgroundColourFor(BackgroundOccasion::appearanceChanged, follows, cached),
-                      BackgroundColour::windowBackground);
-        }
-    }
 }
 
 } // namespace

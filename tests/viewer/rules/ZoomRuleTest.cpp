@@ -100,8 +100,6 @@ TEST(ZoomRule, zoomingInAndOutAgainReturns)
 TEST(ZoomRule, theWindowsRatioNeedsTwoWidthsThatMeanSomething)
 {
     EXPECT_EQ(ZoomRule::windowRatio(600, 1200), 0.5);
-    EXPECT_EQ(ZoomRule::windowRatio(std::nullopt, 1200), std::nullopt);
-    EXPECT_EQ(ZoomRule::windowRatio(600, std::nullopt), std::nullopt);
     EXPECT_EQ(ZoomRule::windowRatio(600, 0), std::nullopt);
     EXPECT_EQ(ZoomRule::windowRatio(0, 1200), std::nullopt);
 }
