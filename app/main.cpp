@@ -40,10 +40,9 @@ constexpr std::chrono::seconds kTrashPatience{5};
 
 void preloadFirst(const QList<FileURL> &files)
 {
-    constexpr int kMaxPixelSize = 4000; // what the viewer will ask for
     if (!files.isEmpty() &&
         SettingsManager::shared().enabledImageExtensions().contains(files.first().lowercasedPathExtension()))
-        ImageLoader::shared()->preload(files.first(), kMaxPixelSize);
+        ImageLoader::shared()->preload(files.first(), ImageLoader::kMaxPixelSize);
 }
 
 /// No destructor and no exit handler runs: they would wait for decodes that nobody needs any more.

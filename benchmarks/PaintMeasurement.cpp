@@ -23,7 +23,7 @@ constexpr QSize kWindow{3840, 2160};
 constexpr PixelSize kPicture{4000, 2667};
 constexpr int kFrames = 9;
 
-const char *const kSection = "Paint, a frame of 3840 × 2160, processor time of the painting thread";
+const char *const kSection = "Paint, a frame of 3840 × 2160, processor time of all threads";
 
 /// Nothing without a settings file.
 class NoDefaults final : public DefaultsStore
@@ -53,10 +53,11 @@ private:
     std::deque<Job> m_jobs;
 };
 
-double threadMilliseconds()
+/// The toolkit may share the work of a frame among threads of its own.
+double processorMilliseconds()
 {
     timespec time{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
@@ -66,17 +67,20 @@ double median(std::vector<double> values)
     return values[values.size() / 2];
 }
 
-ImagePtr makePicture()
+/// Half of a transparent one is.
+ImagePtr makePicture(PixelSize size, bool transparent)
 {
     DecodedImage decoded;
-    decoded.pixels = PixelBuffer::allocate(kPicture);
-    decoded.storedSize = kPicture;
+    decoded.pixels = PixelBuffer::allocate(size);
+    decoded.storedSize = size;
+    decoded.hasAlpha = transparent;
     std::uint32_t noise = 12345;
-    for (std::uint32_t y = 0; y < kPicture.height; ++y) {
+    for (std::uint32_t y = 0; y < size.height; ++y) {
         auto *row = reinterpret_cast<std::uint32_t *>(decoded.pixels.row(y));
-        for (std::uint32_t x = 0; x < kPicture.width; ++x) {
+        for (std::uint32_t x = 0; x < size.width; ++x) {
             noise = noise * 1664525 + 1013904223;
-            row[x] = 0xff000000U | (noise >> 8);
+            row[x] = transparent && x < size.width / 2 ? 0x80000000U | (noise >> 9 & 0x7f7f7fU)
+                                                       : 0xff000000U | (noise >> 8);
         }
     }
     return std::make_shared<const Image>(std::move(decoded));
@@ -86,12 +90,13 @@ ImagePtr makePicture()
 class Stage final
 {
 public:
-    Stage()
+    explicit Stage(ImagePtr picture = makePicture(kPicture, false),
+                   ImageScaling scaling = ImageScaling::proportionallyDown)
     {
         view.resize(kWindow);
-        view.setImageScaling(ImageScaling::proportionallyDown);
+        view.setImageScaling(scaling);
         view.setBackgroundColor(Qt::darkGray);
-        view.setImage(makePicture());
+        view.setImage(std::move(picture));
         view.show();
         QApplication::processEvents(); // a window that is not exposed paints nothing
         settle();
@@ -105,10 +110,10 @@ public:
     }
     [[nodiscard]] double frame(const std::function<void()> &change)
     {
+        const double begin = processorMilliseconds();
         change();
-        const double begin = threadMilliseconds();
         view.repaint();
-        return threadMilliseconds() - begin;
+        return processorMilliseconds() - begin;
     }
     /// @p change gets the frame's number, from 1 on.
     [[nodiscard]] double frames(const std::function<void(int)> &change)
@@ -125,9 +130,9 @@ public:
     DraggableImageView view{std::make_shared<DisplayPreparation>(settings), background, background};
 };
 
-double pan(double zoom)
+double pan(double zoom, bool transparent = false)
 {
-    Stage stage;
+    Stage stage(makePicture(kPicture, transparent));
     stage.view.setImageTransform(ImageTransform::of(zoom, {}));
     return stage.frames([&](int i) { stage.view.setImageTransform(ImageTransform::of(zoom, QPointF(i * 7, i * 3))); });
 }
@@ -139,6 +144,19 @@ double zoom(double first, double step)
         stage.view.setImageTransform(ImageTransform::of(scale, {}));
         scale *= step;
     });
+}
+
+/// Of a picture that the screen has more pixels for than it has itself.
+double backToZoom1()
+{
+    Stage stage(makePicture({3000, 1688}, false), ImageScaling::proportionallyUpOrDown);
+    std::vector<double> values;
+    for (int i = 0; i < kFrames; ++i) {
+        stage.view.setImageTransform(ImageTransform::of(1.5, {}));
+        stage.view.repaint();
+        values.push_back(stage.frame([&] { stage.view.setImageTransform({}); }));
+    }
+    return median(values);
 }
 
 double resize()
@@ -155,9 +173,9 @@ double plainCopy()
     std::vector<char> to(bytes, 'b');
     std::vector<double> values;
     for (int i = 0; i < kFrames; ++i) {
-        const double begin = threadMilliseconds();
+        const double begin = processorMilliseconds();
         std::memcpy(to.data(), from.data(), bytes);
-        values.push_back(threadMilliseconds() - begin);
+        values.push_back(processorMilliseconds() - begin);
     }
     return median(values);
 }
@@ -170,8 +188,10 @@ void measurePainting(Results &results)
         {"Pan at zoom 1.5", [] { return pan(1.5); }},
         {"Pan at zoom 3.4", [] { return pan(3.375); }},
         {"Pan at zoom 10", [] { return pan(10); }},
+        {"Pan at zoom 1.5, half transparent", [] { return pan(1.5, true); }},
         {"Zoom in, as a pinch does", [] { return zoom(1.1, 1.15); }},
         {"Zoom out, as a pinch does", [] { return zoom(0.95, 0.9); }},
+        {"Back to zoom 1, a picture smaller than the window", [] { return backToZoom1(); }},
         {"Resize", [] { return resize(); }},
     };
     const auto wanted = [&](const auto &each) { return results.wants({kSection, each.first}); };

@@ -15,7 +15,6 @@
 namespace tallowmere {
 namespace {
 
-constexpr int kMaxPixelSize = 4000;
 // Decodes of this size and more may each take the whole working limit; three at once would be too much for a small
 // machine. The user's own load never waits here.
 constexpr std::uint64_t kLargeDecodePixels = 64'000'000;
@@ -36,15 +35,21 @@ void ImageCacheManager::setLoader(std::weak_ptr<ImageLoader> loader)
     m_loader = std::move(loader);
 }
 
-void ImageCacheManager::setPreparation(std::function<void(const ImagePtr &)> prepare)
+void ImageCacheManager::setPreparation(
+    std::function<void(const ImagePtr &, const std::function<bool()> &cancelled)> prepare)
 {
     m_prepare = std::move(prepare);
+}
+
+void ImageCacheManager::setEvictionHandler(Job evicted)
+{
+    m_evicted = std::move(evicted);
 }
 
 void ImageCacheManager::insertImage(const FileURL &file, ImagePtr image)
 {
     const std::size_t bytes = image->bytes();
-    imageCache.insert(file, std::move(image), bytes);
+    freeInBackground(imageCache.insert(file, std::move(image), bytes), {});
     m_bytesSinceAsked += bytes;
     // The first image is on its way to the screen and would not be evicted anyway.
     if (imageCache.count() <= 1 || (!m_wasShort && m_bytesSinceAsked < kAskAfterBytes))
@@ -58,7 +63,20 @@ void ImageCacheManager::insertImage(const FileURL &file, ImagePtr image)
 
 void ImageCacheManager::shrinkTo(std::size_t bytes)
 {
-    imageCache.shrinkTo(bytes);
+    freeInBackground(imageCache.shrinkTo(bytes), m_evicted);
+}
+
+/// Giving pages back to the kernel takes up to 4 ms an image: a frame's time, were it done where frames are painted.
+void ImageCacheManager::freeInBackground(MemoryCache<Image>::Dropped dropped, const Job &afterwards)
+{
+    if (dropped.empty())
+        return;
+    m_with.launcher.launch("com.tallowmere.eviction", QualityOfService::utility,
+                           [dropped = std::move(dropped), afterwards]() mutable {
+        dropped.clear();
+        if (afterwards)
+            afterwards();
+    });
 }
 
 void ImageCacheManager::prefetchImages(const QList<FileURL> &fileURLs, qint64 currentIndex)
@@ -110,9 +128,11 @@ void ImageCacheManager::prefetch(const FileURL &file, unsigned request)
     const ImagePtr image = readAndDecode(file, *loader);
     if (!image)
         return;
-    loader->letUrgentPass();
     if (m_prepare)
-        m_prepare(image);
+        m_prepare(image, [&] {
+            loader->letUrgentPass();
+            return false;
+        });
     m_with.mainQueue.async([weak = weak_from_this(), file, image] {
         if (const auto self = weak.lock())
             self->insertImage(file, image);
@@ -137,7 +157,7 @@ ImagePtr ImageCacheManager::readAndDecode(const FileURL &file, const ImageLoader
     const auto size = storedSize(contents->bytes());
     if (size && size->pixels() >= kLargeDecodePixels)
         oneLargeDecode.lock();
-    return loader.decodeImage(contents->bytes(), kMaxPixelSize);
+    return loader.decodeImage(contents->bytes(), ImageLoader::kMaxPixelSize);
 }
 
 } // namespace tallowmere

@@ -38,6 +38,7 @@ public:
         MainQueue &mainQueue;
         SerialQueue &prefetchSyncQueue;
         OperationQueue &prefetchQueue;
+        Launcher &launcher;
         SecurityScope &scope;
         MemoryStatus &memory;
     };
@@ -50,7 +51,7 @@ public:
     std::atomic<int> prefetchBefore{2};
     std::atomic<int> prefetchAfter{20};
 
-    /// The loader that prefetches decode with; set once, before the first request.
+    /// The loader that prefetches decode with; set once, before the first request. Main thread.
     void setLoader(std::weak_ptr<ImageLoader> loader);
     /// Main thread. Puts @p image in the cache and, while memory is short, evicts down to the budget.
     void insertImage(const FileURL &file, ImagePtr image);
@@ -60,18 +61,24 @@ public:
     /// Memory has become short: evicts the least recently used images down to @p bytes in all. Any thread.
     void shrinkTo(std::size_t bytes);
     /// Called on a worker with every image as soon as it is decoded, before it is delivered: the viewer makes its
-    /// display copy there. Set once, before the first request.
-    void setPreparation(std::function<void(const ImagePtr &)> prepare);
+    /// display copy there. @p cancelled is for makeDisplayCopy(): it lets urgent decodes pass and answers false. Set
+    /// once, before the first request. Main thread.
+    void setPreparation(std::function<void(const ImagePtr &, const std::function<bool()> &cancelled)> prepare);
+    /// Called on a worker when memory has been short and images have gone: what belongs to them may go, too. Set once,
+    /// before the first request. Main thread.
+    void setEvictionHandler(Job evicted);
 
 private:
     [[nodiscard]] bool repeatsLastRequest(const QList<FileURL> &fileURLs, qint64 currentIndex);
     void schedule(const QList<FileURL> &fileURLs, qint64 currentIndex);
     void prefetch(const FileURL &file, unsigned request);
     [[nodiscard]] ImagePtr readAndDecode(const FileURL &file, const ImageLoader &loader);
+    void freeInBackground(MemoryCache<Image>::Dropped dropped, const Job &afterwards);
 
     const Surroundings m_with;
     std::weak_ptr<ImageLoader> m_loader;
-    std::function<void(const ImagePtr &)> m_prepare;
+    std::function<void(const ImagePtr &, const std::function<bool()> &cancelled)> m_prepare;
+    Job m_evicted;
     std::atomic<unsigned> m_request{0}; ///< the latest
     std::mutex m_oneLargeDecode;
     std::size_t m_bytesSinceAsked = 0; ///< main thread, as the next

@@ -173,6 +173,11 @@ ImagePtr ImageLoader::decodePreview(std::span<const std::byte> file, int maxSize
 ImagePtr ImageLoader::readAndDecode(const FileURL &file, int maxSize, const Cancelled &cancelled,
                                     DecodeProgress &progress, const Completion &preview) const
 {
+    std::function<void(const ImagePtr &)> prepare;
+    {
+        const std::lock_guard lock(m_mutex);
+        prepare = m_prepare;
+    }
     std::optional<DecodePriority::Urgent> urgent;
     ImagePtr image;
     {
@@ -180,19 +185,15 @@ ImagePtr ImageLoader::readAndDecode(const FileURL &file, int maxSize, const Canc
         if (const auto contents = FileContents::read(file)) {
             // Not before: a file on a dead mount would keep all others from being decoded ahead.
             urgent.emplace(m_priority);
-            if (const ImagePtr quick = preview ? decodePreview(contents->bytes(), maxSize, cancelled) : nullptr)
+            if (const ImagePtr quick = preview ? decodePreview(contents->bytes(), maxSize, cancelled) : nullptr) {
+                if (prepare)
+                    prepare(quick);
                 preview(quick);
+            }
             image = decode(contents->bytes(), maxSize, cancelled, &progress);
         }
     }
-    if (!image)
-        return nullptr;
-    std::function<void(const ImagePtr &)> prepare;
-    {
-        const std::lock_guard lock(m_mutex);
-        prepare = m_prepare;
-    }
-    if (prepare)
+    if (image && prepare)
         prepare(image);
     return image;
 }

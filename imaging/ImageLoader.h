@@ -37,6 +37,9 @@ public:
         SecurityScope &scope;
         std::shared_ptr<ImageCacheManager> cache;
     };
+    /// What pictures are decoded to, in pixels of the longer side; every caller in the program asks for this.
+    static constexpr int kMaxPixelSize = 4000;
+
     explicit ImageLoader(Surroundings surroundings);
     ~ImageLoader();
     ImageLoader(const ImageLoader &) = delete;
@@ -52,9 +55,10 @@ public:
     std::shared_ptr<const DecodeProgress> loadImage(const FileURL &file, int maxSize, Completion completion,
                                                     Completion preview = {});
     /// For images that nobody waits for yet: pauses while one that was asked for by loadImage() or preload() is being
-    /// decoded. Null when the bytes are no picture. Any thread.
+    /// decoded. Null when the bytes are no picture or there is no room for it. Any thread.
     [[nodiscard]] ImagePtr decodeImage(std::span<const std::byte> file, int maxPixelSize) const;
-    /// Returns when none that was asked for by loadImage() or preload() is being decoded. Any thread.
+    /// Returns when none that was asked for by loadImage() or preload() is being decoded; answers whether one was. Any
+    /// thread.
     bool letUrgentPass() const { return m_priority.letUrgentPass(); }
     /// Nothing for an image without a bitmap. Any thread.
     [[nodiscard]] std::optional<Color> calculateAverageColor(const Image &image) const;
@@ -65,8 +69,8 @@ public:
     void preload(const FileURL &file, int maxSize);
     /// Drops every decode that preload() began and nobody took over: it ends at its next row. Any thread.
     void dropPreload();
-    /// Called on the decoding thread with every image before it is delivered. Set before the first load; images that
-    /// preload() has decoded by then go without. Any thread.
+    /// Called on the decoding thread with every image, previews included, before it is delivered. Set before the first
+    /// load; images that preload() has decoded by then go without. Any thread.
     void setPreparation(std::function<void(const ImagePtr &)> prepare);
     /// Large pictures that can be had at a fraction of their size are decoded twice from now on: first at the size
     /// that @p sizeOnScreen gives, for the eye, and then in full. Called on the decoding thread with the size that the

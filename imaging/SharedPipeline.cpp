@@ -6,7 +6,7 @@ namespace tallowmere {
 
 SharedPipeline::SharedPipeline()
     : imageCacheManager(std::make_shared<ImageCacheManager>(
-          ImageCacheManager::Surroundings{mainQueue, prefetchSyncQueue, prefetchQueue, scope, memory})),
+          ImageCacheManager::Surroundings{mainQueue, prefetchSyncQueue, prefetchQueue, launcher, scope, memory})),
       imageLoader(
           std::make_shared<ImageLoader>(ImageLoader::Surroundings{mainQueue, launcher, scope, imageCacheManager}))
 {

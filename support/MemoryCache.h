@@ -42,10 +42,13 @@ public:
         return m_index.contains(file);
     }
 
-    /// Replaces an older value of the same file. @p bytes: what freeing it would give back.
-    void insert(const FileURL &file, std::shared_ptr<const Value> value, std::size_t bytes)
+    using Dropped = std::vector<std::shared_ptr<const Value>>;
+
+    /// Replaces an older value of the same file. @p bytes: what freeing it would give back. Answers what had to go, as
+    /// does the next: freeing it may take milliseconds, so the caller chooses where.
+    Dropped insert(const FileURL &file, std::shared_ptr<const Value> value, std::size_t bytes)
     {
-        std::vector<std::shared_ptr<const Value>> dropped; // freed outside the lock: it may take milliseconds
+        Dropped dropped;
         const std::lock_guard lock(m_mutex);
         const auto found = m_index.find(file);
         if (found != m_index.end()) {
@@ -61,15 +64,17 @@ public:
         }
         while (m_entries.size() > m_countLimit)
             dropped.push_back(takeOldest());
+        return dropped;
     }
 
     /// Evicts down to @p bytes in all. The newest entry always stays.
-    void shrinkTo(std::size_t bytes)
+    Dropped shrinkTo(std::size_t bytes)
     {
-        std::vector<std::shared_ptr<const Value>> dropped;
+        Dropped dropped;
         const std::lock_guard lock(m_mutex);
         while (m_bytes > bytes && m_entries.size() > 1)
             dropped.push_back(takeOldest());
+        return dropped;
     }
 
     [[nodiscard]] std::size_t count() const

@@ -4,9 +4,17 @@
 
 #include "imaging/pixels/DisplayCopy.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tallowmere {
+
+namespace {
+
+/// Of one image: the size before the present one and that of a zoom.
+constexpr int kOtherSizes = 2;
+
+} // namespace
 
 DisplayBitmap DisplayBitmap::of(const ImagePtr &image)
 {
@@ -98,25 +106,55 @@ DisplayCopies::Dropped DisplayCopies::drop(const std::function<bool(const Entry 
 void DisplayCopies::insert(const ImagePtr &image, PixelSize size, std::shared_ptr<const PixelBuffer> pixels)
 {
     Dropped useless;
+    Dropped left;
     Dropped oldest;
     const std::lock_guard lock(m_mutex);
-    useless = drop(
-        [&](const Entry &entry) { return entry.image.expired() || (entry.key == image.get() && entry.size == size); });
+    int others = 0;
+    useless = drop([&](const Entry &entry) {
+        if (entry.key != image.get())
+            return entry.image.expired();
+        return entry.image.expired() || entry.size == size || ++others > kOtherSizes;
+    });
     m_bytes += pixels->bytes();
     m_entries.push_front({image, image.get(), size, std::move(pixels)});
-    std::size_t kept = 0;
+    std::size_t kept = favouredBytes();
+    left = drop([&](const Entry &entry) {
+        kept += entry.isFavoured ? 0 : entry.pixels->bytes();
+        return !entry.isFavoured && kept > m_byteBudget;
+    });
+    kept = 0;
     oldest = drop([&](const Entry &entry) {
         kept += entry.pixels->bytes();
         return kept > m_byteBudget && &entry != &m_entries.front();
     });
 }
 
+void DisplayCopies::favour(const std::vector<ImagePtr> &images)
+{
+    const std::lock_guard lock(m_mutex);
+    for (Entry &entry : m_entries)
+        entry.isFavoured = std::ranges::find(images, entry.key, &ImagePtr::get) != images.end();
+}
+
+std::size_t DisplayCopies::favouredBytes() const
+{
+    std::size_t bytes = 0;
+    for (const Entry &entry : m_entries)
+        bytes += entry.isFavoured && !entry.image.expired() ? entry.pixels->bytes() : 0;
+    return bytes;
+}
+
 bool DisplayCopies::hasRoomFor(PixelSize size)
+{
+    const std::lock_guard lock(m_mutex);
+    return favouredBytes() + size.pixels() * PixelBuffer::kBytesPerPixel <= m_byteBudget;
+}
+
+void DisplayCopies::dropUseless()
 {
     Dropped useless;
     const std::lock_guard lock(m_mutex);
     useless = drop([](const Entry &entry) { return entry.image.expired(); });
-    return m_bytes + size.pixels() * PixelBuffer::kBytesPerPixel <= m_byteBudget;
 }
 
 std::size_t DisplayCopies::bytes() const

@@ -30,8 +30,9 @@ struct DisplayBitmap
 
 /// Keeps images scaled for the screen, at exact device sizes.
 ///
-/// Bounded by bytes: what was used longest ago goes first, and what belongs to an image nobody holds any more goes
-/// with it. Threads: any.
+/// Bounded by bytes: what was used longest ago goes first, favoured copies last, and what belongs to an image nobody
+/// holds any more goes with it. Of one image only the last few sizes are kept: a window that is dragged to another size
+/// passes through hundreds. Threads: any.
 class DisplayCopies final
 {
 public:
@@ -46,8 +47,12 @@ public:
     /// Finds or makes. Null when @p cancelled (may be empty) said true or there is no room.
     DisplayBitmap make(const ImagePtr &image, PixelSize size, const std::function<bool()> &cancelled = {});
 
-    /// Whether a copy of @p size could be added without dropping one of a living image.
+    /// Favours the copies of @p images and those made from now on; all others are the first to go.
+    void favour(const std::vector<ImagePtr> &images);
+    /// Whether a copy of @p size could be added without dropping one that is favoured.
     [[nodiscard]] bool hasRoomFor(PixelSize size);
+    /// Drops what belongs to images that nobody holds any more.
+    void dropUseless();
     [[nodiscard]] std::size_t bytes() const;
 
 private:
@@ -57,10 +62,14 @@ private:
         const Image *key; ///< compared, never followed
         PixelSize size;
         std::shared_ptr<const PixelBuffer> pixels;
+        bool isFavoured = true;
     };
 
     [[nodiscard]] bool belongsTo(const Entry &entry, const ImagePtr &image) const;
     void insert(const ImagePtr &image, PixelSize size, std::shared_ptr<const PixelBuffer> pixels);
+
+    /// Under the lock.
+    [[nodiscard]] std::size_t favouredBytes() const;
 
     using Dropped = std::vector<std::shared_ptr<const PixelBuffer>>;
     /// Takes out what @p condition says. What is returned is to be freed outside the lock: unmapping takes its time.

@@ -33,16 +33,16 @@ PixelSize DisplayPreparation::copySizeFor(PixelSize image) const
     return m_target.copySizeFor(image, followsImage);
 }
 
-void DisplayPreparation::prepare(const ImagePtr &image)
+void DisplayPreparation::prepare(const ImagePtr &image, const Cancelled &cancelled)
 {
     if (image && image->hasBitmap())
-        m_copies.make(image, copySizeFor(*image));
+        m_copies.make(image, copySizeFor(*image), cancelled);
 }
 
-void DisplayPreparation::prepareIfThereIsRoom(const ImagePtr &image)
+void DisplayPreparation::prepareIfThereIsRoom(const ImagePtr &image, const Cancelled &cancelled)
 {
     if (image && image->hasBitmap() && m_copies.hasRoomFor(copySizeFor(*image)))
-        prepare(image);
+        prepare(image, cancelled);
 }
 
 bool DisplayPreparation::isPrepared(const ImagePtr &image)

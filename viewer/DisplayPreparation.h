@@ -7,6 +7,7 @@
 
 #include <QSizeF>
 
+#include <functional>
 #include <mutex>
 #include <optional>
 
@@ -36,10 +37,13 @@ public:
     explicit DisplayPreparation(const SettingsManager &settings, std::size_t byteBudget = DisplayCopies::kByteBudget);
 
     void setTarget(const DisplayTarget &target);
-    /// Null images and those that need no copy are passed over. Takes as long as the scaling does.
-    void prepare(const ImagePtr &image);
-    /// The same for an image that may never be shown: it takes the place of no other copy.
-    void prepareIfThereIsRoom(const ImagePtr &image);
+    using Cancelled = std::function<bool()>;
+
+    /// Null images and those that need no copy are passed over. Takes as long as the scaling does, unless @p cancelled
+    /// says true.
+    void prepare(const ImagePtr &image, const Cancelled &cancelled = {});
+    /// The same for an image that may never be shown: it takes the place of no copy that is favoured.
+    void prepareIfThereIsRoom(const ImagePtr &image, const Cancelled &cancelled = {});
     /// Whether prepare() would have nothing to do.
     [[nodiscard]] bool isPrepared(const ImagePtr &image);
     /// The size prepare() would make; empty when there is no telling, or no bitmap.

@@ -14,8 +14,8 @@ QFont interfaceFont(double points, QFont::Weight weight)
 {
     constexpr double kUsualPixelSize = 10.0 * 96.0 / 72.0;
     QFont font = QApplication::font();
-    const double ratio = QFontInfo(font).pixelSize() / kUsualPixelSize;
-    font.setPixelSize(std::max(static_cast<int>(std::lround(points * ratio)), 1));
+    const double ratio = std::max(QFontInfo(font).pixelSize() / kUsualPixelSize, 1.0);
+    font.setPixelSize(static_cast<int>(std::lround(points * ratio)));
     font.setWeight(weight);
     return font;
 }

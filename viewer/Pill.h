@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QFont>
 #include <QString>
 #include <QWidget>
 
@@ -9,28 +10,28 @@ namespace tallowmere {
 
 /// A line of plain text in a translucent capsule over the picture, legible on whatever lies below.
 ///
-/// It lets the mouse and drags through to what it lies on. Without text nothing is painted. Main thread; sizes in
-/// points, which need not be whole.
+/// It lets the mouse and drags through to what it lies on. Without text it is painted only where it carries the tag
+/// circle, and then no wider than that needs. Main thread; sizes in points, which need not be whole.
 class Pill final : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// What becomes of text that is too long.
-    enum class Overflow
+    /// What the text is made of.
+    enum class Content
     {
-        clip,
-        elideMiddle
+        facts, ///< joined by bullets; each runs in the direction of its own script. Clipped where there is no room.
+        name   ///< truncated in the middle where there is no room
     };
-    Pill(Overflow overflow, double width, QWidget *parent);
+    Pill(Content content, double width, QWidget *parent);
 
     void setText(const QString &text);
     [[nodiscard]] const QString &text() const { return m_text; }
     /// What there is room for.
     [[nodiscard]] QString shownText() const;
-    /// Of the whole text in the pill's font.
+    /// Of the whole text.
     [[nodiscard]] double textWidth() const;
-    /// Where the text begins, from the pill's left edge.
+    /// Where the text begins, from the pill's left edge: behind the tag circle where the pill carries one.
     void setTextLeading(double leading);
     [[nodiscard]] double textLeading() const { return m_textLeading; }
 
@@ -43,14 +44,22 @@ public:
     void placeAtLeft(QSize size);
     void placeAtRight(QSize size);
 
+Q_SIGNALS:
+    /// The text has another width now, and the pill perhaps another height.
+    void fontChanged();
+
 protected:
     void paintEvent(QPaintEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
     void place(QPointF topLeft);
+    [[nodiscard]] double paintedWidth() const;
+    void paintCapsule(QPainter &painter, const QRectF &body) const;
+    void paintText(QPainter &painter, const QRectF &body) const;
 
-    const Overflow m_overflow;
+    const Content m_content;
+    QFont m_font; ///< apart from the widget's own, which has to be left to itself to follow the user's
     QString m_text;
     double m_textLeading;
     double m_pillWidth;

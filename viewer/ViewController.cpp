@@ -5,7 +5,9 @@
 #include "browsing/FileListManager.h"
 #include "imaging/ImageCacheManager.h"
 #include "imaging/ImageLoader.h"
+#include "imaging/PrefetchPlan.h"
 #include "viewer/AccessibleViews.h"
+#include "viewer/CopiesAhead.h"
 #include "viewer/DeferredListing.h"
 #include "viewer/DisplayPreparation.h"
 #include "viewer/DraggableImageView.h"
@@ -14,7 +16,6 @@
 #include "viewer/ProgressSign.h"
 #include "viewer/Shell.h"
 #include "viewer/WindowFrame.h"
-#include "viewer/WindowGeometry.h"
 
 #include <algorithm>
 #include <utility>
@@ -33,15 +34,18 @@ ViewController::ViewController(const Surroundings &surroundings)
     : m_with(surroundings),
       m_fileListManager(std::make_unique<FileListManager>(surroundings.settings, surroundings.scope)),
       m_deferredListing(std::make_unique<DeferredListing>()),
-      m_preparation(std::make_shared<DisplayPreparation>(surroundings.settings))
+      m_preparation(std::make_shared<DisplayPreparation>(surroundings.settings)),
+      m_copiesAhead(std::make_unique<CopiesAhead>(m_preparation, surroundings.loader, surroundings.launcher))
 {
     buildViews();
     m_with.loader->setPreparation(
         [preparation = m_preparation](const ImagePtr &image) { preparation->prepare(image); });
     m_with.loader->setPreviewSize(
         [preparation = m_preparation](PixelSize full) { return preparation->copySizeFor(full); });
-    m_with.cache->setPreparation(
-        [preparation = m_preparation](const ImagePtr &image) { preparation->prepareIfThereIsRoom(image); });
+    m_with.cache->setPreparation([preparation = m_preparation](const ImagePtr &image, const auto &cancelled) {
+        preparation->prepareIfThereIsRoom(image, cancelled);
+    });
+    m_with.cache->setEvictionHandler([preparation = m_preparation] { preparation->copies().dropUseless(); });
 }
 
 ViewController::~ViewController()
@@ -111,6 +115,7 @@ void ViewController::displayImage(const FileURL &file)
 {
     m_isIdle = false;
     ++m_displays;
+    m_displayedFile = file;
     m_handCursor.reset();
     showHandCursor();
     updateDisplayTarget();
@@ -122,6 +127,7 @@ void ViewController::displayImage(const FileURL &file)
 
     if (const ImagePtr cached = m_with.cache->imageCache.find(file)) {
         m_progressSign->stop();
+        m_arrived = m_displays;
         showImage(file, cached, averageApplied);
         return;
     }
@@ -139,25 +145,30 @@ void ViewController::load(const FileURL &file, bool averageApplied)
             *wasSeen = controller->showPreview(file, image);
     };
     const auto completion =
-        [self = QPointer(this), file, averageApplied, wasSeen, display = m_displays](const ImagePtr &image) {
+        [self = QPointer(this), file, averageApplied, wasSeen](const ImagePtr &image) {
         auto *controller = self.data();
         if (!controller)
             return;
-        const bool isLatest = display == controller->m_displays;
-        // Who has seen it and gone on does not want it back, and an emptied window stays empty.
-        if (image && !isLatest && (*wasSeen || controller->isIdle()))
+        // Left and come back to in the meantime: the picture awaited comes with whichever decode ends first.
+        const bool isAwaited = !controller->isIdle() && file == controller->m_displayedFile;
+        if (isAwaited && controller->m_arrived == controller->m_displays)
             return;
-        if (isLatest)
+        // Who has seen it and gone on does not want it back, and an emptied window stays empty.
+        if (image && !isAwaited && (*wasSeen || controller->isIdle()))
+            return;
+        if (isAwaited)
             controller->m_progressSign->stop();
-        if (image && isLatest && controller->showsPreviewOf(image))
+        if (image && isAwaited)
+            controller->m_arrived = controller->m_displays;
+        if (image && isAwaited && controller->showsPreviewOf(image))
             return controller->replacePreview(file, image, averageApplied);
         if (image)
             return controller->showImage(file, image, averageApplied);
-        if (const ImagePtr &shown = controller->m_imageView->image(); isLatest && shown && shown->isPreview())
+        if (const ImagePtr &shown = controller->m_imageView->image(); isAwaited && shown && shown->isPreview())
             controller->m_imageView->setImage(nullptr);
         controller->listingMayStart();
     };
-    if (auto progress = m_with.loader->loadImage(file, kMaximumPixelSize, completion, preview))
+    if (auto progress = m_with.loader->loadImage(file, ImageLoader::kMaxPixelSize, completion, preview))
         m_progressSign->start(std::move(progress));
 }
 
@@ -167,8 +178,7 @@ void ViewController::showImage(const FileURL &file, const ImagePtr &image, bool 
     m_idleScreen->hide();
     updateTransparencyBackground();
     updateOverlayVisibility();
-    if (!averageApplied && !applyBackgroundFor(file) && m_with.settings.autoResizeToImageSize())
-        computeAverageColor(file, image);
+    showAverageOf(file, image, averageApplied);
     fitToNewImage(file, image);
     m_imageView->wantCopy(m_preparation->copySizeFor(*image));
     // At once: a key that is held down would otherwise keep the picture waiting behind the next key press.
@@ -177,6 +187,12 @@ void ViewController::showImage(const FileURL &file, const ImagePtr &image, bool 
     else
         listingMayStart();
     prepareNeighbours();
+}
+
+void ViewController::showAverageOf(const FileURL &file, const ImagePtr &image, bool wasApplied)
+{
+    if (!wasApplied && !applyBackgroundFor(file) && m_with.settings.autoResizeToImageSize())
+        computeAverageColor(file, image);
 }
 
 void ViewController::fitToNewImage(const FileURL &file, const ImagePtr &image)
@@ -226,8 +242,7 @@ void ViewController::replacePreview(const FileURL &file, const ImagePtr &image, 
 {
     m_imageView->setImage(image);
     updateTransparencyBackground();
-    if (!averageApplied && !applyBackgroundFor(file) && m_with.settings.autoResizeToImageSize())
-        computeAverageColor(file, image);
+    showAverageOf(file, image, averageApplied);
     m_imageView->wantCopy(m_preparation->copySizeFor(*image));
     if (!m_view->isVisible())
         listingMayStart();
@@ -250,7 +265,7 @@ void ViewController::showIdleState()
     updateFileTag({});
     applyBackgroundColor(windowBackgroundColor());
     m_with.shell.refreshMenuItems();
-    resizeWindow(true, WindowGeometry::kIdleFrame.width(), WindowGeometry::kIdleFrame.height());
+    takeIdleSize();
 }
 
 void ViewController::showEarlierInList()
@@ -279,29 +294,36 @@ void ViewController::prefetchAroundCurrentFile()
         m_with.cache->prefetchImages(m_fileListManager->fileURLs, m_fileListManager->currentIndex);
 }
 
-/// Copies made when the neighbours were decoded may have been evicted since, or be for another window size.
+/// Copies made when the neighbours were decoded may have been evicted since, or be for another window size. Those of
+/// what has been left behind make room first.
 void ViewController::prepareNeighbours()
 {
+    if (m_deferredListing->isPutOff())
+        return; // the list is still that of another folder
     const QList<FileURL> &files = m_fileListManager->fileURLs;
-    const qint64 reach = std::min<qint64>(kNeighboursKeptReady, files.size() / 2);
+    const qint64 current = m_fileListManager->currentIndex;
+    std::vector<ImagePtr> near{m_imageView->image()};
+    const auto addIfDecoded = [&](qint64 index) {
+        const bool isDecoded = index >= 0 && m_with.cache->imageCache.contains(files.at(index));
+        if (isDecoded)
+            near.push_back(m_with.cache->imageCache.find(files.at(index)));
+        return isDecoded;
+    };
+    const auto noneLeftOut = [](std::int64_t) { return false; };
+    for (const PlannedPrefetch &planned :
+         prefetchPlan(files.size(), current, m_with.cache->prefetchBefore, m_with.cache->prefetchAfter, noneLeftOut))
+        addIfDecoded(planned.index);
     std::vector<ImagePtr> missing;
+    const qint64 reach = std::min<qint64>(kNeighboursKeptReady, files.size() / 2);
     for (qint64 distance = 1; distance <= reach; ++distance) {
         for (const qint64 offset : {-distance, distance}) {
-            const qint64 index = (m_fileListManager->currentIndex + offset + files.size()) % files.size();
-            if (index < 0 || !m_with.cache->imageCache.contains(files.at(index)))
-                continue;
-            ImagePtr image = m_with.cache->imageCache.find(files.at(index));
-            if (!m_preparation->isPrepared(image))
-                missing.push_back(std::move(image));
+            // Unlike what is decoded ahead, stepping goes round at the ends.
+            if (addIfDecoded((current + offset + files.size()) % files.size()) && !m_preparation->isPrepared(near.back()))
+                missing.push_back(near.back());
         }
     }
-    if (missing.empty())
-        return;
-    m_with.launcher.launch("com.tallowmere.displayCopy", QualityOfService::utility,
-                           [preparation = m_preparation, images = std::move(missing)] {
-        for (const ImagePtr &image : images)
-            preparation->prepare(image);
-    });
+    m_preparation->copies().favour(near);
+    m_copiesAhead->want(std::move(missing));
 }
 
 const std::optional<UndoState> &ViewController::undoState() const

@@ -29,6 +29,7 @@ class QFileDialog;
 
 namespace tallowmere {
 
+class CopiesAhead;
 class DeferredListing;
 class DisplayPreparation;
 class DraggableImageView;
@@ -91,7 +92,7 @@ public:
     void openImage(const FileURL &file);
     /// Shows @p file: at once when it is cached, else as soon as it is decoded. Leaves the file list alone.
     void displayImage(const FileURL &file);
-    /// No image, an empty list, the logo, a window of 600 x 400.
+    /// No image, an empty list, the logo, a window of 600 x 400. A maximised or full-screen window keeps its frame.
     void showIdleState();
     /// No file has been shown since the beginning, or since the last showIdleState().
     [[nodiscard]] bool isIdle() const { return m_isIdle; }
@@ -193,6 +194,7 @@ private:
 
     void load(const FileURL &file, bool averageApplied);
     void showImage(const FileURL &file, const ImagePtr &image, bool averageApplied);
+    void showAverageOf(const FileURL &file, const ImagePtr &image, bool wasApplied);
     void fitToNewImage(const FileURL &file, const ImagePtr &image);
     bool showPreview(const FileURL &file, const ImagePtr &image);
     [[nodiscard]] bool showsPreviewOf(const ImagePtr &image) const;
@@ -204,6 +206,7 @@ private:
     void appearanceChanged();
 
     void listFolderOf(const FileURL &file);
+    [[nodiscard]] bool listAround(const FileURL &file, QByteArrayView ending);
     void folderAccessAnswered(const FileURL &file, bool granted);
     void prefetchAroundCurrentFile();
     void listingMayStart();
@@ -251,15 +254,15 @@ private:
     [[nodiscard]] std::function<std::optional<QRectF>()>
     centredFrameRule(std::function<std::optional<QSizeF>()> contentSize);
     [[nodiscard]] WindowFrame *windowFrame();
+    [[nodiscard]] QSizeF contentSizeAtDestination();
+    void takeIdleSize();
     void updateDisplayTarget();
-
-    /// What pictures are decoded to, in pixels of the longer side.
-    static constexpr int kMaximumPixelSize = 4000;
 
     const Surroundings m_with;
     const std::unique_ptr<FileListManager> m_fileListManager;
     const std::unique_ptr<DeferredListing> m_deferredListing;
     const std::shared_ptr<DisplayPreparation> m_preparation;
+    const std::unique_ptr<CopiesAhead> m_copiesAhead;
 
     DraggableView *m_view = nullptr;           ///< ours until it is put into a window, and ours to delete even then
     DraggableImageView *m_imageView = nullptr; ///< lives in m_view, as does the next
@@ -275,8 +278,10 @@ private:
 
     bool m_isIdle = true;
     ZoomMemory m_zoomMemory;
-    int m_displays = 0; ///< begun so far
-    PanDrag m_panDrag;  ///< means something while the hand is closed
+    int m_displays = 0;      ///< begun so far
+    int m_arrived = 0;       ///< the latest of them whose whole picture has come
+    FileURL m_displayedFile; ///< by the latest
+    PanDrag m_panDrag;       ///< means something while the hand is closed
     HandCursor m_handCursor;
 
     std::optional<UndoState> m_undoState;

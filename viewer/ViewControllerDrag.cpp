@@ -36,7 +36,7 @@ bool ViewController::performDragOperation(const DraggingInfo &info)
 void ViewController::draggingExited()
 {
     // A file may have been opened by other means while the drag hovered: it stays.
-    if (m_dragState.exited() && currentFile().empty() && !currentImage())
+    if (m_dragState.exited() && isIdle())
         showIdleState();
 }
 
@@ -44,7 +44,7 @@ void ViewController::draggingExited()
 /// beside a decode, and a list of another folder must not replace the one in use while the drag may still leave.
 void ViewController::prepareDraggedFile(const FileURL &file)
 {
-    m_with.loader->loadImage(file, kMaximumPixelSize, [self = QPointer(this), file](const ImagePtr &image) {
+    m_with.loader->loadImage(file, ImageLoader::kMaxPixelSize, [self = QPointer(this), file](const ImagePtr &image) {
         auto *controller = self.data();
         if (controller && image && !controller->m_with.cache->averageColorCache.contains(file))
             controller->storeAverageColor(file, image, {});

@@ -48,7 +48,10 @@ void ViewController::openImage(const FileURL &file)
     if (!m_view->isVisible() || m_imageView->hasPaintedImage())
         listingMayStart();
     else
-        QTimer::singleShot(kListAtTheLatestAfter, this, [this] { m_deferredListing->finish(); });
+        QTimer::singleShot(kListAtTheLatestAfter, this, [this, display = m_displays] {
+            if (display == m_displays)
+                m_deferredListing->finish();
+        });
 }
 
 /// Posted, not called: what has been painted reaches the screen only when control is back in the event loop.
@@ -60,13 +63,19 @@ void ViewController::listingMayStart()
     });
 }
 
+bool ViewController::listAround(const FileURL &file, QByteArrayView ending)
+{
+    if (!m_fileListManager->loadFiles(file))
+        return false;
+    printLoaded(m_fileListManager->fileURLs.size(), ending);
+    prefetchAroundCurrentFile();
+    prepareNeighbours();
+    return true;
+}
+
 void ViewController::listFolderOf(const FileURL &file)
 {
-    if (m_fileListManager->loadFiles(file)) {
-        printLoaded(m_fileListManager->fileURLs.size(), " files from directory");
-        prefetchAroundCurrentFile();
-        prepareNeighbours();
-    } else {
+    if (!listAround(file, " files from directory")) {
         printDiagnostic("⚠️ Warning: Failed to load file list from directory containing: " + file.path());
         printDiagnostic("   Arrow key navigation may not work. Requesting folder access...");
         m_with.folderAccess.requestAccess(file.deletingLastPathComponent(),
@@ -91,12 +100,8 @@ void ViewController::folderAccessAnswered(const FileURL &file, bool granted)
     }
     printDiagnostic("✅ Folder access granted. Reloading file list...");
     m_deferredListing->finish();
-    if (m_fileListManager->loadFiles(file)) {
-        printLoaded(m_fileListManager->fileURLs.size(), " files after folder access grant");
-        prefetchAroundCurrentFile();
-    } else {
+    if (!listAround(file, " files after folder access grant"))
         printDiagnostic("⚠️ Still failed to load file list after folder access grant");
-    }
     updateOverlayVisibility();
     m_with.shell.refreshMenuItems();
 }

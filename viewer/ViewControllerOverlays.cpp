@@ -29,11 +29,19 @@ void ViewController::buildOverlayViews()
 {
     m_transparencyCheckerView = new TransparencyChecker(m_view);
     m_transparencyCheckerView->lower(); // beneath the image
-    m_fileInfoPill = new Pill(Pill::Overflow::clip, PillLayout::kInitialInfoPillWidth, m_view);
-    m_fileNamePill = new Pill(Pill::Overflow::elideMiddle, PillLayout::kMaximumNamePillWidth, m_view);
+    m_fileInfoPill = new Pill(Pill::Content::facts, PillLayout::kInitialInfoPillWidth, m_view);
+    m_fileNamePill = new Pill(Pill::Content::name, PillLayout::kMaximumNamePillWidth, m_view);
     m_fileTagCircle = new TagCircle(m_fileInfoPill);
     m_fileInfoPill->setObjectName(QStringLiteral("fileInfoPill"));
     m_fileNamePill->setObjectName(QStringLiteral("fileNamePill"));
+    connect(m_fileInfoPill, &Pill::fontChanged, this, [this] {
+        updateFileInfoPillWidth();
+        layOutOverlays();
+    });
+    connect(m_fileNamePill, &Pill::fontChanged, this, [this] {
+        m_fileNamePill->setPillWidth(PillLayout::namePillWidth(m_fileNamePill->textWidth()));
+        layOutOverlays();
+    });
     m_transparencyCheckerView->hide();
     m_fileInfoPill->setVisible(FileInfoSelection::of(m_with.settings).any());
     m_fileNamePill->hide();

@@ -19,6 +19,7 @@ struct KernelSet
     decltype(&filterRow) filterOneRow;
     decltype(&filterColumns) filterOneColumnSet;
     decltype(&mixColours) mixColourRow;
+    decltype(&interpolateColours) interpolateColourRow;
 };
 
 /// What this processor can run, the fastest first; never empty. Any thread.

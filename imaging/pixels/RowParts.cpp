@@ -3,6 +3,7 @@
 #include "imaging/pixels/RowParts.h"
 
 #include <atomic>
+#include <mutex>
 #include <new>
 #include <system_error>
 #include <thread>
@@ -36,18 +37,27 @@ bool workOnRowParts(std::uint32_t rows, std::uint64_t pixels, const std::functio
             stopped = true;
         }
     };
+    std::mutex asking; // a question may take its time, for the sake of more urgent work: both threads wait for it
     std::thread helper;
     if (pixels >= kPixelsWorthAThread && std::thread::hardware_concurrency() > 1) {
         try {
-            helper = std::thread([&] { takeParts([&] { return !stopped; }); });
+            helper = std::thread([&] {
+                takeParts([&] {
+                    const std::lock_guard wait(asking);
+                    return !stopped;
+                });
+            });
         } catch (const std::system_error &) {
             // Out of threads: this one does it all.
         }
     }
     std::uint32_t asked = 0;
     takeParts([&] {
-        if (cancelled && asked++ % kRowsBetweenQuestions == 0 && cancelled())
-            stopped = true;
+        if (cancelled && asked++ % kRowsBetweenQuestions == 0) {
+            const std::lock_guard wait(asking);
+            if (cancelled())
+                stopped = true;
+        }
         return !stopped;
     });
     if (helper.joinable())

@@ -34,7 +34,6 @@ bool convertWith(const ColourConversion &conversion, DecodedImage &image, const 
     if (!workOnRowParts(size.height, size.pixels(), cancelled, convertRows))
         return false;
     image.storedAverage = stored.average();
-    image.colour = {};
     return true;
 }
 
@@ -46,7 +45,10 @@ bool convertToScreenColours(DecodedImage &image, const std::function<bool()> &ca
         return true;
     try {
         const auto conversion = ColourConversion::toSRGB(image.colour);
-        return !conversion || convertWith(*conversion, image, cancelled);
+        if (conversion && !convertWith(*conversion, image, cancelled))
+            return false;
+        image.colour = {}; // the screen's from now on; a profile may be as large as the picture
+        return true;
     } catch (const std::bad_alloc &) {
         return false;
     }

@@ -9,7 +9,7 @@
 namespace tallowmere {
 
 /// Brings the pixels of @p image to sRGB, in place, and keeps what they averaged before. Spreads over the cores where
-/// that pays. Where there is nothing to convert nothing is touched. False when @p cancelled (may be empty; asked now
+/// that pays. Where there is nothing to convert no pixel is touched. False when @p cancelled (may be empty; asked now
 /// and then, in the caller's thread only) said true or there was no room: the pixels are then of no use. Any thread.
 [[nodiscard]] bool convertToScreenColours(DecodedImage &image, const std::function<bool()> &cancelled = {});
 

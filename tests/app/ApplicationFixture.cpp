@@ -17,7 +17,7 @@ constexpr int kLimit = 30'000; // ms
 
 ApplicationFixture::ApplicationFixture()
     : cache(std::make_shared<ImageCacheManager>(
-          ImageCacheManager::Surroundings{mainQueue, prefetchSync, prefetches, scope, memory})),
+          ImageCacheManager::Surroundings{mainQueue, prefetchSync, prefetches, launcher, scope, memory})),
       loader(std::make_shared<ImageLoader>(ImageLoader::Surroundings{mainQueue, launcher, scope, cache}))
 {
     cache->setLoader(loader);

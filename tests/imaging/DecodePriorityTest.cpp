@@ -50,7 +50,7 @@ TEST_F(PrefetchBehindALoad, decodesOnlyWhenTheLoadIsThrough)
     const FileURL neighbour = picture("b.png");
     std::atomic<bool> loaded{false};
     std::thread prefetch;
-    m_cache->setPreparation([&](const ImagePtr &) { EXPECT_TRUE(loaded); });
+    m_cache->setPreparation([&](const ImagePtr &, const auto &) { EXPECT_TRUE(loaded); });
     // Runs in the middle of the load, which is still to be delivered.
     m_loader->setPreparation([&](const ImagePtr &) {
         std::promise<void> begun;

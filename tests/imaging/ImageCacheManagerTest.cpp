@@ -261,7 +261,7 @@ TEST_F(Prefetch, decodesWithinFourThousandPixels)
 TEST_F(Prefetch, everyImageIsPreparedBeforeItIsPosted)
 {
     std::vector<std::size_t> waitingThen;
-    m_cache->setPreparation([&](const ImagePtr &image) {
+    m_cache->setPreparation([&](const ImagePtr &image, const auto &) {
         EXPECT_NE(image, nullptr);
         waitingThen.push_back(m_main.waiting());
     });
@@ -349,6 +349,7 @@ TEST_F(Caches, evictedBuffersGoBackAtOnce)
     }
     m_memory.budget = 0;
     m_cache->insertImage(file(1), imageOf(2048, 2048));
+    m_launcher.runAll();
     EXPECT_TRUE(evicted.expired());
     EXPECT_EQ(m_cache->imageCache.count(), 1U) << "the newest stays";
 }
@@ -383,6 +384,44 @@ TEST_F(Caches, pressureFromOutsideShrinksTheImages)
     m_cache->shrinkTo(std::size_t{2} * 256 * 256 * 4);
     EXPECT_EQ(m_cache->imageCache.count(), 2U);
     EXPECT_EQ(m_cache->averageColorCache.count(), 1U);
+}
+
+TEST_F(Caches, whatIsEvictedIsFreedInTheBackgroundAndThenTold)
+{
+    int told = 0;
+    m_cache->setEvictionHandler([&] { ++told; });
+    std::weak_ptr<const Image> oldest;
+    for (int i = 0; i < 3; ++i) {
+        ImagePtr image = imageOf(256, 256);
+        if (i == 0)
+            oldest = image;
+        m_cache->insertImage(file(i), std::move(image));
+    }
+    m_cache->shrinkTo(0);
+    EXPECT_FALSE(m_cache->imageCache.contains(file(0)));
+    EXPECT_FALSE(oldest.expired());
+    EXPECT_EQ(told, 0);
+    m_launcher.runAll();
+    EXPECT_TRUE(oldest.expired());
+    EXPECT_EQ(told, 1);
+    m_cache->shrinkTo(0);
+    m_launcher.runAll();
+    EXPECT_EQ(told, 1) << "there was nothing to evict";
+}
+
+TEST_F(Caches, theOneImageTooManyIsFreedInTheBackground)
+{
+    std::weak_ptr<const Image> oldest;
+    for (int i = 0; i <= ImageCacheManager::maxCacheCount; ++i) {
+        ImagePtr image = imageOf(4, 4);
+        if (i == 0)
+            oldest = image;
+        m_cache->insertImage(file(i), std::move(image));
+    }
+    EXPECT_EQ(m_cache->imageCache.count(), 200U);
+    EXPECT_FALSE(oldest.expired());
+    m_launcher.runAll();
+    EXPECT_TRUE(oldest.expired());
 }
 
 } // namespace

@@ -60,7 +60,7 @@ protected:
     RecordingScope m_scope;
     PlannedMemory m_memory;
     std::shared_ptr<ImageCacheManager> m_cache = std::make_shared<ImageCacheManager>(
-        ImageCacheManager::Surroundings{m_main, m_sync, m_operations, m_scope, m_memory});
+        ImageCacheManager::Surroundings{m_main, m_sync, m_operations, m_launcher, m_scope, m_memory});
     std::shared_ptr<ImageLoader> m_loader =
         std::make_shared<ImageLoader>(ImageLoader::Surroundings{m_main, m_launcher, m_scope, m_cache});
 };

@@ -60,7 +60,7 @@ protected:
     ThreadLauncher m_launcher;
     ThreadOperationQueue m_operations{"com.tallowmere.imageprefetch", ImageCacheManager::maxConcurrentPrefetches};
     std::shared_ptr<ImageCacheManager> m_cache = std::make_shared<ImageCacheManager>(
-        ImageCacheManager::Surroundings{m_main, m_sync, m_operations, m_scope, m_memory});
+        ImageCacheManager::Surroundings{m_main, m_sync, m_operations, m_launcher, m_scope, m_memory});
     std::shared_ptr<ImageLoader> m_loader =
         std::make_shared<ImageLoader>(ImageLoader::Surroundings{m_main, m_launcher, m_scope, m_cache});
 };
@@ -99,7 +99,7 @@ TEST_F(RealPipeline, atMostThreePrefetchesDecodeAtOnceAndAllArrive)
 {
     std::atomic<int> running{0};
     std::atomic<int> most{0};
-    m_cache->setPreparation([&](const ImagePtr &) {
+    m_cache->setPreparation([&](const ImagePtr &, const auto &) {
         noteMost(most, ++running);
         // Waits for two more the first time; a fourth would show.
         EXPECT_TRUE(test::eventually([&] { return most >= 3; }));
@@ -118,7 +118,7 @@ TEST_F(RealPipeline, prefetchThreadsAreNicerTheFartherTheirImageIs)
     const int own = test::niceOfThisThread();
     std::mutex mutex;
     std::multiset<int> increments;
-    m_cache->setPreparation([&](const ImagePtr &) {
+    m_cache->setPreparation([&](const ImagePtr &, const auto &) {
         EXPECT_EQ(test::threadName(), "imageprefetch");
         const std::lock_guard lock(mutex);
         increments.insert(test::niceOfThisThread() - own);
@@ -136,7 +136,7 @@ TEST_F(RealPipeline, aNewRequestDropsWhatHasNotBegun)
 {
     test::Event release;
     std::atomic<int> begun{0};
-    m_cache->setPreparation([&](const ImagePtr &) {
+    m_cache->setPreparation([&](const ImagePtr &, const auto &) {
         ++begun;
         EXPECT_TRUE(release.wait());
     });

@@ -132,13 +132,29 @@ TEST_F(Preview, ofAPreloadGoesToWhoTakesItOverWhileItRuns)
     EXPECT_EQ(m_whole.times, 1);
 }
 
+TEST_F(Preview, isPreparedBeforeItIsDelivered)
+{
+    const FileURL file = photo();
+    m_loader->setPreviewSize([](PixelSize full) { return full.fittedTo(300); });
+    std::vector<bool> prepared;
+    m_loader->setPreparation([&](const ImagePtr &image) {
+        prepared.push_back(image->isPreview());
+        EXPECT_EQ(m_main.waiting(), prepared.size() - 1);
+    });
+    load(file);
+    m_launcher.runAll();
+    EXPECT_EQ(prepared, (std::vector<bool>{true, false}));
+}
+
 TEST_F(Preview, ofAPreloadThatIsThereAlreadyIsHandedOverAtOnce)
 {
     const FileURL file = photo();
     m_loader->setPreviewSize([](PixelSize full) { return full.fittedTo(300); });
     bool tookOver = false;
     // Called between the two decodes, as far as another thread could tell.
-    m_loader->setPreparation([&](const ImagePtr &) {
+    m_loader->setPreparation([&](const ImagePtr &image) {
+        if (image->isPreview())
+            return;
         load(file);
         tookOver = m_main.waiting() == 1;
         m_main.runAll();

@@ -83,6 +83,22 @@ TEST(MemoryCache, shrinksFromTheLeastRecentlyUsed)
     EXPECT_EQ(cache.count(), 2U);
 }
 
+TEST(MemoryCache, leavesItToTheCallerToFreeWhatHadToGo)
+{
+    MemoryCache<int> cache(2);
+    EXPECT_TRUE(cache.insert(file(1), value(1), 100).empty());
+    const auto replaced = cache.insert(file(1), value(2), 100);
+    ASSERT_EQ(replaced.size(), 1U);
+    EXPECT_EQ(*replaced[0], 1);
+    EXPECT_TRUE(cache.insert(file(2), value(3), 100).empty());
+    const auto tooMany = cache.insert(file(3), value(4), 100);
+    ASSERT_EQ(tooMany.size(), 1U);
+    EXPECT_EQ(*tooMany[0], 2);
+    const auto shrunk = cache.shrinkTo(100);
+    ASSERT_EQ(shrunk.size(), 1U);
+    EXPECT_EQ(*shrunk[0], 3);
+}
+
 TEST(MemoryCache, theNewestEntryStaysHoweverLittleIsAllowed)
 {
     MemoryCache<int> cache(10);

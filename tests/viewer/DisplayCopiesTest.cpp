@@ -85,6 +85,49 @@ TEST(DisplayCopies, handsOutTheNextLargerCopyForScalingInAHurry)
     EXPECT_EQ(copies.findSimilar(image, {300, 150}).pixels->size().width, 200U) << "none is large enough";
 }
 
+TEST(DisplayCopies, ofOneImageOnlyTheLastFewSizesAreKept)
+{
+    DisplayCopies copies;
+    const ImagePtr image = plainImage({400, 200});
+    const ImagePtr other = plainImage({400, 200});
+    copies.make(other, {20, 10});
+    for (std::uint32_t width = 100; width < 150; ++width)
+        copies.make(image, {width, 50});
+    EXPECT_TRUE(copies.find(image, {149, 50}));
+    EXPECT_TRUE(copies.find(image, {148, 50}));
+    EXPECT_TRUE(copies.find(image, {147, 50}));
+    EXPECT_FALSE(copies.find(image, {146, 50}));
+    EXPECT_TRUE(copies.find(other, {20, 10}));
+}
+
+TEST(DisplayCopies, whatIsNotFavouredGoesFirst)
+{
+    DisplayCopies copies(3 * 10 * 10 * 4);
+    const std::vector<ImagePtr> images{plainImage({20, 20}), plainImage({20, 20}), plainImage({20, 20}),
+                                       plainImage({20, 20})};
+    for (int i = 0; i < 3; ++i)
+        copies.make(images[i], {10, 10});
+    EXPECT_FALSE(copies.hasRoomFor({10, 10}));
+    copies.favour({images[0], images[2]});
+    EXPECT_TRUE(copies.hasRoomFor({10, 10}));
+    EXPECT_FALSE(copies.hasRoomFor({20, 10}));
+    copies.make(images[3], {10, 10});
+    EXPECT_TRUE(copies.find(images[0], {10, 10}));
+    EXPECT_FALSE(copies.find(images[1], {10, 10})) << "although it is not the oldest";
+    EXPECT_TRUE(copies.find(images[2], {10, 10}));
+    EXPECT_FALSE(copies.hasRoomFor({10, 10})) << "a new copy is favoured until somebody says otherwise";
+}
+
+TEST(DisplayCopies, dropsWhatIsUselessWhenAsked)
+{
+    DisplayCopies copies;
+    const ImagePtr living = plainImage({40, 20});
+    copies.make(living, {4, 2});
+    copies.make(plainImage({40, 20}), {20, 10});
+    copies.dropUseless();
+    EXPECT_EQ(copies.bytes(), 4U * 2 * 4);
+}
+
 TEST(DisplayCopies, givesNothingWhenCancelled)
 {
     DisplayCopies copies;

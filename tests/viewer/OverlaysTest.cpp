@@ -1,15 +1,16 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
 #include "tests/doubles/TestImages.h"
+#include "tests/viewer/ApplicationFont.h"
 #include "tests/viewer/ViewerFixture.h"
 #include "viewer/Pill.h"
 #include "viewer/rules/LabelColour.h"
 #include "viewer/TagCircle.h"
 
 #include <QAccessible>
+#include <QTest>
 
 #include <algorithm>
-#include <cmath>
 
 namespace tallowmere::test {
 namespace {
@@ -429,44 +430,55 @@ TEST_F(Overlays, whatHasTheFocusIsReadOutAsThePictureOrAsHowToBegin)
     EXPECT_EQ(root->role(), QAccessible::Pane);
 }
 
-/// How well the text of a pill can be read on a picture: the contrast of the lightest and the darkest pixel.
-double contrastOn(Pill &pill, QColor picture)
+TEST_F(Overlays, theTagCircleNeverFloatsWithoutAPill)
 {
-    QImage pixels(pill.size(), QImage::Format_RGB32);
-    pixels.fill(picture);
-    pill.render(&pixels, {}, {}, QWidget::RenderFlags());
-    const auto luminance = [](QRgb pixel) {
-        const auto linear = [](int value) {
-            const double part = value / 255.0;
-            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-        };
-        return 0.2126 * linear(qRed(pixel)) + 0.7152 * linear(qGreen(pixel)) + 0.0722 * linear(qBlue(pixel));
-    };
-    double lightest = 0;
-    double darkest = 1;
-    for (int x = 14; x < pixels.width() - 14; ++x) {
-        for (int y = 2; y < pixels.height() - 2; ++y) {
-            lightest = std::max(lightest, luminance(pixels.pixel(x, y)));
-            darkest = std::min(darkest, luminance(pixels.pixel(x, y)));
-        }
-    }
-    return (lightest + 0.05) / (darkest + 0.05);
+    showOnly(false, false, true);
+    settings.setShowFileTag(true);
+    labels.stated = {.number = 6, .colour = {}};
+    showWindow();
+    open(cachedFile("a.jpg")); // whose header names no resolution
+    settle();
+    window->resize(700, 450);
+    ASSERT_EQ(infoPill()->text(), QString());
+    ASSERT_TRUE(tagCircle()->isVisible());
+    const QPoint circle = tagCircle()->mapTo(controller->view(), tagCircle()->rect().center());
+    const QImage seen = controller->view()->grab().toImage();
+    const QRgb picture = seen.pixel(circle + QPoint(60, 0));
+    EXPECT_NE(seen.pixel(circle - QPoint(10, 0)), picture);
+    EXPECT_NE(seen.pixel(circle + QPoint(10, 0)), picture);
+    EXPECT_EQ(seen.pixel(circle - QPoint(18, 0)), picture);
 }
 
-TEST_F(Overlays, theTextIsLegibleOnWhiteAndBlackInBothAppearances)
+TEST_F(Overlays, whenTheUsersFontChangesThePillsFitTheirTextsAtOnce)
 {
-    open(cachedFile("a.jpg"));
+    const ApplicationFont font;
+    font.setPointSize(10);
+    settings.setShowFileTag(true);
+    labels.stated = {.number = 6, .colour = {}};
+    showWindow();
+    showNameIn(FileNameDisplayLocation::inCorner);
+    open(cachedFile("a name of some length.jpg"));
     settle();
-    infoPill()->setText(u"MMMMMMMM HHHHHHH"_s);
-    controller->updateFileInfoPillWidth();
-    for (const QColor &ground : {QColor(30, 30, 30), QColor(239, 239, 239)}) {
-        QPalette palette;
-        palette.setColor(QPalette::Window, ground);
-        infoPill()->setPalette(palette);
-        for (const QColor &picture : {QColor(Qt::white), QColor(Qt::black), QColor(128, 128, 128)})
-            EXPECT_GE(contrastOn(*infoPill(), picture), 4.5)
-                << ground.name().toStdString() << " on " << picture.name().toStdString();
+    ASSERT_TRUE(namePill()->isVisible());
+    const double infoWidth = infoPill()->pillWidth();
+    const double nameWidth = namePill()->pillWidth();
+
+    font.setPointSize(16);
+    const auto bothWider = [&] { return infoPill()->pillWidth() > infoWidth && namePill()->pillWidth() > nameWidth; };
+    ASSERT_TRUE(QTest::qWaitFor(bothWider, 30'000));
+    EXPECT_DOUBLE_EQ(infoPill()->pillWidth(), 26 + infoPill()->textWidth() + 15);
+    EXPECT_DOUBLE_EQ(namePill()->pillWidth(), 15 + namePill()->textWidth() + 15);
+    for (const Pill *pill : {infoPill(), namePill()}) {
+        EXPECT_GT(pill->height(), 24);
+        EXPECT_EQ(pill->height(), pill->pillHeight());
+        EXPECT_EQ(controller->view()->height() - pill->geometry().bottom() - 1, 16);
     }
+    EXPECT_EQ(tagCircle()->geometry().center().y(), infoPill()->rect().center().y());
+
+    font.setPointSize(10);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return infoPill()->pillWidth() == infoWidth; }, 30'000));
+    EXPECT_EQ(infoPill()->height(), 24);
+    EXPECT_EQ(tagCircle()->geometry(), QRect(8, 6, 12, 12));
 }
 
 } // namespace

@@ -109,6 +109,37 @@ TEST_F(Progress, staysForThePictureAwaitedWhenAnOlderOneArrives)
     EXPECT_FALSE(sign()->isVisible());
 }
 
+TEST_F(Progress, goesWithThePictureWhenItWasLeftAndComeBackToMeanwhile)
+{
+    showWindow();
+    const FileURL file = folder.write("a.png", pngOf(40, 30, {200, 100, 50, 255}));
+    controller->displayImage(file);
+    controller->displayImage(folder.write("b.png", pngOf(40, 30, {100, 200, 50, 255})));
+    controller->displayImage(file);
+    ASSERT_TRUE(waitForSign());
+    runFirstLoad();
+    const ImagePtr first = controller->currentImage();
+    EXPECT_NE(first, nullptr);
+    EXPECT_FALSE(sign()->isVisible());
+    launcher.runAll();
+    mainQueue.runAll();
+    EXPECT_FALSE(sign()->isVisible());
+}
+
+TEST_F(Progress, aSecondDecodeOfThePictureShownChangesNothing)
+{
+    showWindow();
+    const FileURL file = folder.write("a.png", pngOf(40, 30, {200, 100, 50, 255}));
+    controller->displayImage(file);
+    controller->displayImage(file);
+    runFirstLoad();
+    const ImagePtr first = controller->currentImage();
+    ASSERT_NE(first, nullptr);
+    launcher.runAll();
+    mainQueue.runAll();
+    EXPECT_EQ(controller->currentImage(), first);
+}
+
 TEST_F(Progress, goesWithTheIdleState)
 {
     showWindow();

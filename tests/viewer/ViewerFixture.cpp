@@ -27,7 +27,7 @@ ImagePtr imageOf(std::uint32_t width, std::uint32_t height, std::uint32_t argb)
 
 ViewerFixture::ViewerFixture()
     : cache(std::make_shared<ImageCacheManager>(
-          ImageCacheManager::Surroundings{mainQueue, prefetchSync, prefetches, scope, memory})),
+          ImageCacheManager::Surroundings{mainQueue, prefetchSync, prefetches, launcher, scope, memory})),
       loader(std::make_shared<ImageLoader>(ImageLoader::Surroundings{mainQueue, launcher, scope, cache})),
       window(std::make_unique<QMainWindow>())
 {

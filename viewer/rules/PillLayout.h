@@ -26,6 +26,9 @@ inline constexpr double kTagToText = 6;
 inline constexpr double kTagBorderWidth = 0.5;
 inline constexpr double kTagBorderAlpha = 0.5; ///< of white
 
+/// A pill that carries the tag circle and no text.
+inline constexpr double kWidthOfTagAlone = 2 * kTagLeading + kTagDiameter;
+
 /// Where the text of the info pill begins.
 [[nodiscard]] constexpr double infoTextLeading(bool tagVisible)
 {

@@ -6,6 +6,8 @@
 
 #include <atomic>
 #include <new>
+#include <thread>
+#include <utility>
 #include <vector>
 
 namespace tallowmere {
@@ -41,6 +43,30 @@ TEST(RowParts, areGivenUpWhenCancelled)
                 ++worked;
             }));
     }
+}
+
+TEST(RowParts, restWhileAQuestionIsNotAnswered)
+{
+    std::atomic<int> worked = 0;
+    bool isAsked = false;
+    int whenAsked = 0;
+    int afterwards = 0;
+    const auto question = [&] {
+        if (!std::exchange(isAsked, true)) {
+            // The other thread has begun at most one row more.
+            whenAsked = worked;
+            for (int i = 0; i < 1000; ++i)
+                std::this_thread::yield();
+            afterwards = worked;
+        }
+        return false;
+    };
+    EXPECT_TRUE(workOnRowParts(60'000, kMany, question, [&](const RowPart &part) {
+        for (std::uint32_t y = part.first; y < part.end && part.goesOn(); ++y)
+            ++worked;
+    }));
+    EXPECT_LE(afterwards, whenAsked + 1);
+    EXPECT_EQ(worked, 60'000);
 }
 
 TEST(RowParts, areGivenUpWhereThereIsNoRoom)

@@ -58,6 +58,7 @@ TEST(ScreenColours, ofAPictureThatHasThemAlreadyTouchNothing)
         EXPECT_TRUE(convertToScreenColours(image));
         EXPECT_EQ(allPixels(image.pixels), before);
         EXPECT_FALSE(image.storedAverage);
+        EXPECT_TRUE(image.colour.unknown()) << "a profile that is of no use any more is not kept";
     }
 }
 
