@@ -4,6 +4,8 @@
 
 #include "imaging/pixels/DisplayCopy.h"
 
+#include <QPainter>
+
 #include <algorithm>
 #include <utility>
 
@@ -13,6 +15,22 @@ namespace {
 
 /// Of one image: the size before the present one and that of a zoom.
 constexpr int kOtherSizes = 2;
+
+/// For screens that have more pixels than points.
+PixelBuffer makeEnlargedCopy(const ImagePtr &image, PixelSize size)
+{
+    PixelBuffer result = PixelBuffer::allocate(size);
+    if (result.isNull())
+        return result;
+    const QImage from = DisplayBitmap::of(image).view();
+    QImage to(reinterpret_cast<uchar *>(result.row(0)), static_cast<int>(size.width), static_cast<int>(size.height),
+              static_cast<qsizetype>(result.rowBytes()), from.format());
+    QPainter painter(&to);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(to.rect(), from);
+    return result;
+}
 
 } // namespace
 
@@ -80,7 +98,10 @@ DisplayBitmap DisplayCopies::make(const ImagePtr &image, PixelSize size, const s
     // Asked here as well: small copies are made without asking at all.
     if (cancelled && cancelled())
         return {};
-    PixelBuffer pixels = makeDisplayCopy(image->decoded().pixels, size, cancelled);
+    const PixelSize own = image->decoded().pixels.size();
+    PixelBuffer pixels = size.width > own.width || size.height > own.height
+                             ? makeEnlargedCopy(image, size)
+                             : makeDisplayCopy(image->decoded().pixels, size, cancelled);
     if (pixels.isNull())
         return {};
     auto shared = std::make_shared<const PixelBuffer>(std::move(pixels));

@@ -28,7 +28,7 @@ struct DisplayBitmap
     [[nodiscard]] QImage view() const;
 };
 
-/// Keeps images scaled for the screen, at exact device sizes.
+/// Keeps images scaled for the screen, at exact device sizes: reduced by a proper filter, enlarged linearly.
 ///
 /// Bounded by bytes: what was used longest ago goes first, favoured copies last, and what belongs to an image nobody
 /// holds any more goes with it. Of one image only the last few sizes are kept: a window that is dragged to another size

@@ -10,10 +10,10 @@ namespace tallowmere {
 PixelSize DisplayTarget::copySizeFor(PixelSize image, bool followsImage) const
 {
     if (!followsImage || !screen)
-        return ImagePlacement::of(image, viewSize, scale).copySize;
+        return ImagePlacement::of(image, viewSize, scale).copySize();
     // Windows have whole points.
     const QSizeF content = WindowGeometry::fittedImageSize(image, *screen, frameExtra).toSize();
-    return ImagePlacement::of(image, content, scale).copySize;
+    return ImagePlacement::of(image, content, scale).copySize();
 }
 
 DisplayPreparation::DisplayPreparation(const SettingsManager &settings, std::size_t byteBudget)

@@ -58,17 +58,17 @@ struct DraggableImageView::Source
 DraggableImageView::Source DraggableImageView::sourceFor(const ImagePlacement &placement)
 {
     DisplayCopies &copies = m_preparation->copies();
-    if (DisplayBitmap exact = copies.find(m_image, placement.copySize))
+    if (DisplayBitmap exact = copies.find(m_image, placement.copySize()))
         return {std::move(exact)};
     // Where the view turned out to be of another size than foreseen. A preview is so small that this takes less than a
     // frame, and the whole picture replaces it before another thread's copy would be there.
     if (m_image->isPreview() && !m_inTransition) {
-        if (DisplayBitmap made = copies.make(m_image, placement.copySize))
+        if (DisplayBitmap made = copies.make(m_image, placement.copySize()))
             return {std::move(made)};
     }
     if (!m_inTransition)
-        m_requests.want(m_image, placement.copySize);
-    if (DisplayBitmap similar = copies.findSimilar(m_image, placement.copySize))
+        m_requests.want(m_image, placement.copySize());
+    if (DisplayBitmap similar = copies.findSimilar(m_image, placement.copySize()))
         return {std::move(similar), true};
     return {DisplayBitmap::of(m_image), true};
 }

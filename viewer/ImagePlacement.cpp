@@ -41,8 +41,6 @@ ImagePlacement ImagePlacement::of(PixelSize image, QSizeF view, double scale, Im
     }
     placement.deviceOrigin = {(viewPixels.width() - placement.deviceSize.width()) / 2,
                               (viewPixels.height() - placement.deviceSize.height()) / 2};
-    placement.copySize = {std::min(image.width, static_cast<std::uint32_t>(placement.deviceSize.width())),
-                          std::min(image.height, static_cast<std::uint32_t>(placement.deviceSize.height()))};
     return placement;
 }
 
@@ -50,7 +48,11 @@ QRectF ImagePlacement::transformed(const ImageTransform &transform, QSizeF view,
 {
     const QSizeF viewPixels = devicePixelsOf(view, scale);
     const ImageTransform onDevice{transform.scale, transform.shift * scale, transform.sampling};
-    return onDevice.mapped(QRectF(deviceOrigin, deviceSize), QPointF(viewPixels.width() / 2, viewPixels.height() / 2));
+    // Not from deviceOrigin: the half pixel that an odd margin has lost there would grow with the image.
+    const QPointF middle(viewPixels.width() / 2.0, viewPixels.height() / 2.0);
+    QRectF centred({}, QSizeF(deviceSize));
+    centred.moveCenter(middle);
+    return onDevice.mapped(centred, middle);
 }
 
 ImagePlacement ImagePlacement::reduced(const ImageTransform &transform, QSizeF view, double scale) const
@@ -61,8 +63,6 @@ ImagePlacement ImagePlacement::reduced(const ImageTransform &transform, QSizeF v
     ImagePlacement placement;
     placement.deviceSize = exact.size().toSize().expandedTo({1, 1});
     placement.deviceOrigin = exact.topLeft().toPoint();
-    placement.copySize = {std::min(copySize.width, static_cast<std::uint32_t>(placement.deviceSize.width())),
-                          std::min(copySize.height, static_cast<std::uint32_t>(placement.deviceSize.height()))};
     return placement;
 }
 

@@ -11,6 +11,8 @@
 #include <QSize>
 #include <QSizeF>
 
+#include <cstdint>
+
 namespace tallowmere {
 
 /// Where an image lies in its view, on whole device pixels.
@@ -19,9 +21,14 @@ namespace tallowmere {
 /// point for each of its pixels, unless it is to be enlarged. Either way it lies in the middle.
 struct ImagePlacement
 {
-    QSize deviceSize;    ///< what the image covers, device pixels; empty when there is nothing to show
-    QPoint deviceOrigin; ///< its upper left corner, device pixels from the view's
-    PixelSize copySize;  ///< of the display copy that covers it: deviceSize, but never more than the image has
+    QSize deviceSize{0, 0}; ///< what the image covers, device pixels; empty when there is nothing to show
+    QPoint deviceOrigin;    ///< its upper left corner, device pixels from the view's
+
+    /// Of the display copy that is painted there.
+    [[nodiscard]] PixelSize copySize() const
+    {
+        return {static_cast<std::uint32_t>(deviceSize.width()), static_cast<std::uint32_t>(deviceSize.height())};
+    }
 
     /// @p image: its pixels, which are its points, too. @p view in points. @p scale: device pixels per point.
     [[nodiscard]] static ImagePlacement of(PixelSize image, QSizeF view, double scale,

@@ -85,6 +85,26 @@ TEST(DisplayCopies, handsOutTheNextLargerCopyForScalingInAHurry)
     EXPECT_EQ(copies.findSimilar(image, {300, 150}).pixels->size().width, 200U) << "none is large enough";
 }
 
+TEST(DisplayCopies, areEnlargedForADenserScreen)
+{
+    DecodedImage decoded;
+    decoded.pixels = PixelBuffer::allocate({2, 1});
+    auto *row = reinterpret_cast<std::uint32_t *>(decoded.pixels.row(0));
+    row[0] = 0xff000000U;
+    row[1] = 0xffffffffU;
+    DisplayCopies copies;
+    const auto image = std::make_shared<const Image>(std::move(decoded));
+    const DisplayBitmap made = copies.make(image, {20, 10});
+    ASSERT_TRUE(made);
+    EXPECT_EQ(made.pixels->size(), (PixelSize{20, 10}));
+    const QImage seen = made.view();
+    EXPECT_EQ(seen.pixel(0, 5), 0xff000000U);
+    EXPECT_EQ(seen.pixel(19, 5), 0xffffffffU);
+    for (int x = 1; x < 20; ++x)
+        EXPECT_GE(qRed(seen.pixel(x, 5)), qRed(seen.pixel(x - 1, 5))) << "without steps";
+    EXPECT_NEAR(qRed(seen.pixel(10, 5)), 128, 20);
+}
+
 TEST(DisplayCopies, ofOneImageOnlyTheLastFewSizesAreKept)
 {
     DisplayCopies copies;
