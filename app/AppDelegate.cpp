@@ -155,6 +155,7 @@ void AppDelegate::createMainWindow()
         m_with.settings, m_with.loader, m_with.cache, m_with.scope, m_with.folderAccess, m_with.revealer, m_with.trash,
         m_with.labelReader, m_with.attributesReader, m_with.mainQueue, m_with.launcher, *this});
     m_window->setCentralWidget(m_viewController->view());
+    m_window->handDragsToContent();
     // With the window rather than after it: the menu bar's height is part of the window's first size.
     m_menu = std::make_unique<MainMenu>(*m_window->menuBar(), *this, m_with.settings);
     m_with.mainQueue.async([menu = QPointer(m_menu.get())] {

@@ -23,6 +23,13 @@ void MainWindow::resizeContent(QSize size)
     resize(size + (size - centralWidget()->size()));
 }
 
+void MainWindow::handDragsToContent()
+{
+    // If both took drags, Qt would tell the content that a drag has left when it comes over the menu bar.
+    centralWidget()->setAcceptDrops(false);
+    setAcceptDrops(true);
+}
+
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     Q_EMIT willClose();
@@ -31,6 +38,18 @@ void MainWindow::closeEvent(QCloseEvent *event)
 
 bool MainWindow::event(QEvent *event)
 {
+    switch (event->type()) {
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::DragLeave:
+    case QEvent::Drop:
+        // Not sent through the application: it would offer the drag to the content's parents, that is, to us.
+        if (QObject *content = centralWidget(); content && acceptDrops())
+            return content->event(event);
+        break;
+    default:
+        break;
+    }
     if (event->type() == QEvent::WindowActivate)
         Q_EMIT didBecomeKey();
     else if (event->type() == QEvent::ShortcutOverride)

@@ -16,6 +16,8 @@ public:
 
     /// The central widget gets @p size in points, whatever the menu bar needs above it.
     void resizeContent(QSize size);
+    /// The central widget's drag handlers get what is dragged anywhere over the window, the menu bar included.
+    void handDragsToContent();
 
 Q_SIGNALS:
     void willClose();

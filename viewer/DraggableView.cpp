@@ -13,9 +13,14 @@
 #include <QMimeData>
 #include <QMouseEvent>
 
+#include <chrono>
+
 namespace tallowmere {
 
 namespace {
+
+/// A drag holds the mouse until the button is up; the drop itself may come a little later.
+constexpr std::chrono::milliseconds kDropTakesAtMost{1000};
 
 void answer(QDropEvent &event, bool accepted)
 {
@@ -30,6 +35,7 @@ DraggableView::DraggableView(QWidget *parent) : QWidget(parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     setAcceptDrops(true);
+    setAttribute(Qt::WA_Hover); // mouse moves over the views on this one, too
 }
 
 void DraggableView::showEvent(QShowEvent *event)
@@ -65,6 +71,11 @@ bool DraggableView::event(QEvent *event)
         event->accept();
         return true;
     }
+    if (event->type() == QEvent::HoverMove)
+        mouseMovedWithoutDrag();
+    // The base class would paint the whole view anew.
+    if (event->type() == QEvent::HoverEnter || event->type() == QEvent::HoverLeave)
+        return true;
     return QWidget::event(event);
 }
 
@@ -92,9 +103,22 @@ void DraggableView::mouseDoubleClickEvent(QMouseEvent *event)
         m_draggingDelegate->handleDoubleClick(event);
 }
 
+void DraggableView::mouseMovedWithoutDrag()
+{
+    if (!m_drag)
+        return;
+    if (!m_dragEndsAt)
+        m_dragEndsAt.emplace(kDropTakesAtMost);
+    if (!m_dragEndsAt->hasExpired())
+        return;
+    QDragLeaveEvent leave;
+    dragLeaveEvent(&leave);
+}
+
 /// As bytes: names that are no text would not survive as URLs.
 const DraggingInfo &DraggableView::dragInfo(const QDropEvent &event)
 {
+    m_dragEndsAt.reset();
     if (!m_drag)
         m_drag.emplace(event.mimeData()->data(QStringLiteral("text/uri-list")));
     return *m_drag;
@@ -108,6 +132,9 @@ void DraggableView::dragEnterEvent(QDragEnterEvent *event)
 
 void DraggableView::dragMoveEvent(QDragMoveEvent *event)
 {
+    // The mouse has moved without a drag since: this is another one, which Qt takes for the first gone on.
+    if (m_dragEndsAt)
+        m_drag.reset();
     answer(*event, m_draggingDelegate && m_draggingDelegate->draggingUpdated(dragInfo(*event)) == DragOperation::copy);
 }
 

@@ -5,6 +5,7 @@
 #include "viewer/rules/DraggingInfo.h"
 #include "viewer/rules/HeldKey.h"
 
+#include <QDeadlineTimer>
 #include <QWidget>
 
 #include <optional>
@@ -17,7 +18,11 @@ class KeyHandler;
 /// The viewer's root view: takes keys, clicks and drops for the controller.
 ///
 /// It alone takes part in drags; everything that lies on it lets them through to its parent, so that a drag that
-/// crosses from the image to a pill has neither left nor entered anything.
+/// crosses from the image to a pill has neither left nor entered anything. A window may take drags in its place and
+/// hand them to it, those over its other parts as well.
+///
+/// A drag whose program dies neither leaves nor drops. It has left as soon as the mouse has been moving without it for
+/// longer than a drop takes to arrive.
 ///
 /// Its handlers are not owned and may be null.
 class DraggableView final : public QWidget
@@ -55,13 +60,15 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
+    void mouseMovedWithoutDrag();
     [[nodiscard]] bool countsNoMore(const QKeyEvent &event);
     [[nodiscard]] const DraggingInfo &dragInfo(const QDropEvent &event);
 
     DraggingDestinationHandler *m_draggingDelegate = nullptr;
     KeyHandler *m_keyHandler = nullptr;
     HeldKey m_heldKey;
-    std::optional<DraggingInfo> m_drag; ///< the one over the view; asking the other program again takes time
+    std::optional<DraggingInfo> m_drag;         ///< the one over the view; asking the other program again takes time
+    std::optional<QDeadlineTimer> m_dragEndsAt; ///< the mouse moves without it; until then, it may still be dropped
 };
 
 } // namespace tallowmere

@@ -57,6 +57,13 @@ QSizeF ViewController::frameExtra()
     return frame->frame().size() - m_view->size();
 }
 
+/// The view's size once the window has arrived: what comes next must not be reckoned from a size on the way there.
+QSizeF ViewController::contentSizeAtDestination()
+{
+    WindowFrame *const frame = windowFrame();
+    return frame && frame->isAnimating() ? frame->destination().size() - frameExtra() : QSizeF(m_view->size());
+}
+
 void ViewController::updateDisplayTarget()
 {
     DisplayTarget target;
@@ -98,6 +105,14 @@ void ViewController::resizeWindow(bool animated, double width, double height)
         return std::optional(WindowGeometry::resizedAboutCentre(frame->frame(), {width, height}));
         },
         animated, zoomReapplication());
+}
+
+/// A window that the window system holds keeps its size: only a size that the user asks for ends that.
+void ViewController::takeIdleSize()
+{
+    if (WindowFrame *const frame = windowFrame(); frame && frame->isHeldBySystem())
+        return forgetZoomForCurrentFile();
+    resizeWindow(true, WindowGeometry::kIdleFrame.width(), WindowGeometry::kIdleFrame.height());
 }
 
 void ViewController::resizeWindowToScreen(bool animated)
@@ -151,7 +166,7 @@ void ViewController::fitWindowToImage(bool animated, std::function<void()> compl
     if (!completion)
         completion = reapplication;
     if (frame->isHeldBySystem())
-        return completion();
+        return image->hasBitmap() ? completion() : reapplication();
     m_imageView->setImageScaling(ImageScaling::proportionallyDown);
     // An image without a bitmap is not fitted to the screen, and whoever waits for it isn't told: there is nothing
     // to go on with.
@@ -169,7 +184,7 @@ void ViewController::resizeWindowByFactor(bool animated, double factor)
     const auto fitted = fittedImageSize();
     if (!frame || !screen || !fitted || frame->isHeldBySystem())
         return;
-    const QSizeF content = WindowGeometry::contentResizedByFactor(m_view->size(), factor, *fitted);
+    const QSizeF content = WindowGeometry::contentResizedByFactor(contentSizeAtDestination(), factor, *fitted);
     frame->setFrame(centredFrameRule([content] { return std::optional(content); }),
                     animated && m_with.settings.autoResizeWithAnimation(), zoomReapplication());
 }

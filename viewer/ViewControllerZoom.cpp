@@ -12,6 +12,8 @@ namespace tallowmere {
 
 /// What a zoom would be remembered under now.
 ///
+/// While the window moves to another size that is the size it will have: sizes in between never come back, and with
+/// them a zoom remembered there would be lost.
 /// A folder whose listing is put off must not be listed for this: until then the current file is the one opened last.
 ZoomMemory::Key ViewController::zoomKey()
 {
@@ -19,7 +21,7 @@ ZoomMemory::Key ViewController::zoomKey()
     WindowFrame *const frame = windowFrame();
     if (file.empty() || !frame)
         return std::nullopt;
-    return ZoomKey{file, frame->frame().size()};
+    return ZoomKey{file, frame->destination().size()};
 }
 
 double ViewController::currentZoomScale()
@@ -101,7 +103,7 @@ std::optional<double> ViewController::windowRatio()
     if (!frame || !fitted || frame->isHeldBySystem())
         return std::nullopt;
     // In whole points, as windows are: a fraction that the window can never have would keep it growing in vain.
-    return ZoomRule::windowRatio(m_view->width(), fitted->toSize().width());
+    return ZoomRule::windowRatio(contentSizeAtDestination().width(), fitted->toSize().width());
 }
 
 void ViewController::zoomIn()
@@ -143,7 +145,7 @@ void ViewController::forgetZoomForCurrentFile()
 void ViewController::resetZoomAfterAutoResize(const FileURL &file)
 {
     if (WindowFrame *const frame = windowFrame())
-        m_zoomMemory.reset(ZoomKey{file, frame->frame().size()});
+        m_zoomMemory.reset(ZoomKey{file, frame->destination().size()});
 }
 
 } // namespace tallowmere

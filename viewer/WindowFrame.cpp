@@ -33,6 +33,13 @@ QRectF WindowFrame::frame() const
     return m_window->geometry().marginsAdded(decorations());
 }
 
+QRectF WindowFrame::destination() const
+{
+    if (!m_animation)
+        return frame();
+    return clientRectFor(m_animation->endValue().toRectF()).marginsAdded(decorations());
+}
+
 bool WindowFrame::isHeldBySystem() const
 {
     if (m_window->isMaximized() || m_window->isFullScreen())
@@ -55,7 +62,8 @@ QRect WindowFrame::clientRectFor(const QRectF &frame) const
 {
     const QMargins margins = decorations();
     const QRectF client = frame.marginsRemoved(margins);
-    return {client.topLeft().toPoint(), client.size().toSize()};
+    // Qt takes a window without a width or a height off the screen.
+    return {client.topLeft().toPoint(), client.size().toSize().expandedTo({1, 1})};
 }
 
 /// Shown, but not yet there. A window manager that is just taking a window over crosses with requests of ours, and

@@ -40,6 +40,8 @@ public:
 
     /// The window with its decorations, in points; without them as long as the window has never been on the screen.
     [[nodiscard]] QRectF frame() const;
+    /// The frame at the end of the running animation, as frame() will give it; without an animation frame() itself.
+    [[nodiscard]] QRectF destination() const;
     /// Full screen, or maximised in at least one direction, as a window tiled to half the screen is: the size is not
     /// ours to change.
     [[nodiscard]] bool isHeldBySystem() const;

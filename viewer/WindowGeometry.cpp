@@ -3,8 +3,26 @@
 #include "viewer/WindowGeometry.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tallowmere::WindowGeometry {
+
+namespace {
+
+/// The height that goes with the width of @p content in the shape of @p fitted, if @p content has that shape but for
+/// the rounding to whole points. Otherwise steps in and out would add up what each of them rounds.
+double unroundedHeight(QSizeF content, QSizeF fitted)
+{
+    // The width stays as it is there, while the height changes.
+    if (fitted.width() <= kSmallestContentSide)
+        return content.height();
+    const double heightPerWidth = fitted.height() / fitted.width();
+    const double inShape = content.width() * heightPerWidth;
+    const double roundingAtMost = 0.5 * (1 + heightPerWidth);
+    return std::abs(content.height() - inShape) <= roundingAtMost ? inShape : content.height();
+}
+
+} // namespace
 
 QRectF resizedAboutCentre(const QRectF &frame, QSizeF size)
 {
@@ -39,7 +57,7 @@ QSizeF contentResizedByFactor(QSizeF content, double factor, QSizeF fitted)
     const auto side = [factor](double current, double limit) {
         return std::min(std::max(current * factor, kSmallestContentSide), limit);
     };
-    return {side(content.width(), fitted.width()), side(content.height(), fitted.height())};
+    return {side(content.width(), fitted.width()), side(unroundedHeight(content, fitted), fitted.height())};
 }
 
 } // namespace tallowmere::WindowGeometry

@@ -45,7 +45,7 @@ inline constexpr double kSmallestContentSide = 100;
 [[nodiscard]] QRectF centredFrame(QSizeF size, const QRectF &visibleFrame);
 
 /// The content after growing or shrinking by @p factor: at least kSmallestContentSide a side, but never beyond
-/// @p fitted.
+/// @p fitted. Content in the shape of @p fitted, rounded to whole points, keeps that shape.
 [[nodiscard]] QSizeF contentResizedByFactor(QSizeF content, double factor, QSizeF fitted);
 
 } // namespace WindowGeometry

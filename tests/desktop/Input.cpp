@@ -17,6 +17,8 @@ namespace {
 constexpr std::uint8_t kLeftButton = 1;
 constexpr std::uint8_t kWheelAway = 4;
 constexpr std::uint8_t kWheelTowards = 5;
+constexpr std::uint8_t kWheelLeft = 6;
+constexpr std::uint8_t kWheelRight = 7;
 
 /// Makes sure the server has taken everything sent so far.
 void synchronise(xcb_connection_t *connection)
@@ -102,10 +104,21 @@ void Input::click(const Point &point, int times) const
 
 void Input::wheel(const Point &point, int turns) const
 {
+    turn(point, turns > 0 ? kWheelAway : kWheelTowards, std::abs(turns));
+}
+
+void Input::wheelSideways(const Point &point, int turns) const
+{
+    turn(point, turns > 0 ? kWheelLeft : kWheelRight, std::abs(turns));
+}
+
+/// The server knows a wheel as a button for each direction.
+void Input::turn(const Point &point, std::uint8_t button, int times) const
+{
     moveTo(point);
-    for (int i = 0; i < std::abs(turns); ++i) {
-        buttonEvent(turns > 0 ? kWheelAway : kWheelTowards, true);
-        buttonEvent(turns > 0 ? kWheelAway : kWheelTowards, false);
+    for (int i = 0; i < times; ++i) {
+        buttonEvent(button, true);
+        buttonEvent(button, false);
     }
 }
 

@@ -22,6 +22,8 @@ inline constexpr std::uint32_t kEscape = 0xFF1B;
 inline constexpr std::uint32_t kBackspace = 0xFF08;
 inline constexpr std::uint32_t kTab = 0xFF09;
 inline constexpr std::uint32_t kKeypadEnter = 0xFF8D;
+inline constexpr std::uint32_t kKeypadPlus = 0xFFAB;
+inline constexpr std::uint32_t kKeypadMinus = 0xFFAD;
 inline constexpr std::uint32_t kShift = 0xFFE1;
 inline constexpr std::uint32_t kControl = 0xFFE3;
 inline constexpr std::uint32_t kAlt = 0xFFE9;
@@ -48,10 +50,13 @@ public:
     void buttonUp() const;
     /// Turns of the wheel, away from the user when positive.
     void wheel(const Point &point, int turns) const;
+    /// Turns of a second wheel or of a wheel that tilts, to the left when positive.
+    void wheelSideways(const Point &point, int turns) const;
 
 private:
     void keyEvent(std::uint32_t symbol, bool down) const;
     void buttonEvent(std::uint8_t button, bool down) const;
+    void turn(const Point &point, std::uint8_t button, int times) const;
 
     const VirtualDesktop &m_desktop;
     _XCBKeySymbols *m_symbols;

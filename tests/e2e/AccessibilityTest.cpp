@@ -2,11 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "tests/e2e/AccessibilityTest.h"
 
-#include <sys/xattr.h>
+#include "tests/e2e/TaggedFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <iostream>
 
 namespace tallowmere {
@@ -201,10 +202,9 @@ TEST_F(AccessibilityTest, aClosedWindowForgetsItsPicture)
 
 TEST_F(AccessibilityTest, theTagCircleGoesByTheLabelsName)
 {
-    const auto file = addPicture("a.jpg", kRed);
-    constexpr std::string_view kTags = "holiday,Red";
-    if (::setxattr(file.c_str(), "user.xdg.tags", kTags.data(), kTags.size(), 0) != 0)
-        GTEST_SKIP() << "no extended attributes where temporary files lie: " << std::strerror(errno);
+    const TaggedFile file(addPicture("a.jpg", kRed), "holiday,Red");
+    if (!file.tagged())
+        GTEST_SKIP() << file.whyNot();
     writeSettings("ShowFileTag=true\n");
     startWith({"a.jpg"});
     ASSERT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
@@ -213,6 +213,42 @@ TEST_F(AccessibilityTest, theTagCircleGoesByTheLabelsName)
     press("Show File Tag");
     EXPECT_TRUE(waitForState(circle, State::showing, false));
     EXPECT_TRUE(waitForSetting("ShowFileTag=false"));
+}
+
+TEST_F(AccessibilityTest, onlyTheCreationDateOnAFileSystemWithoutCreationDatesReadsUnknown)
+{
+    const std::filesystem::path undated = "/proc/version";
+    struct statx found = {};
+    ASSERT_EQ(::statx(AT_FDCWD, undated.c_str(), 0, STATX_BTIME, &found), 0);
+    if ((found.stx_mask & STATX_BTIME) != 0)
+        GTEST_SKIP() << "this kernel dates the creation of " << undated;
+    std::filesystem::create_symlink(undated, folders.pictures() / "a.png");
+    writeSettings("ShowFileSize=false\nShowImageResolution=false\nShowCreationDate=true\n");
+    startWith({"a.png"});
+    EXPECT_TRUE(waitForPills({"Unknown"})) << testing::PrintToString(pills());
+}
+
+TEST_F(AccessibilityTest, anImageThatReportsAWidthOfZeroHasSizeAndDateStillJoined)
+{
+    auto bytes = photos::makePlainPng(600, 400, {255, 255, 255});
+    constexpr std::ptrdiff_t kWidth = 16; // behind the signature, the chunk's length and its name
+    std::fill_n(bytes.begin() + kWidth, 4, std::byte{0});
+    addFile("a.png", bytes);
+    writeSettings("ShowFileSize=true\nShowImageResolution=true\nShowCreationDate=true\n");
+    startWith({"a.png"});
+    std::string text;
+    ASSERT_TRUE(waitUntil([&] {
+        const auto shown = pills();
+        text = shown.size() == 1 ? shown.front() : std::string();
+        return !text.empty();
+    })) << testing::PrintToString(pills());
+    const std::string joint = " • ";
+    const auto first = text.find(joint);
+    ASSERT_NE(first, std::string::npos) << text;
+    EXPECT_GT(first, 0U) << text;
+    EXPECT_EQ(text.find(joint, first + 1), std::string::npos) << text;
+    EXPECT_FALSE(text.ends_with(joint)) << text;
+    EXPECT_EQ(text.find("×"), std::string::npos) << text;
 }
 
 } // namespace tallowmere

@@ -25,16 +25,42 @@ protected:
     }
     [[nodiscard]] XdndSource drag(const std::vector<std::string> &uris) const { return {screenAndKeys, list(uris)}; }
     [[nodiscard]] Point middle() const { return windows.contents(window).centre(); }
-    /// Where the logo is while nothing is shown: it is not of the window's colour.
-    [[nodiscard]] bool logoIsVisible() const
+    /// Pixels that are not of the window's colour, in a part of the window given from its middle.
+    [[nodiscard]] std::ptrdiff_t distinctPixels(int left, int top, int width, int height) const
     {
         const auto contents = windows.contents(window);
-        const auto seen =
-            screen.capture({contents.x + contents.width / 2 - 50, contents.y + contents.height / 2 - 70, 100, 100});
+        const auto centre = contents.centre();
+        const auto seen = screen.capture({centre.x + left, centre.y + top, width, height});
         const auto ground = screen.at({contents.x + 5, contents.y + contents.height - 5});
-        const auto differing =
-            std::ranges::count_if(seen.pixels, [&](const auto &pixel) { return !alike(pixel, ground, 24); });
-        return differing > 500;
+        return std::ranges::count_if(seen.pixels, [&](const auto &pixel) { return !alike(pixel, ground, 24); });
+    }
+    [[nodiscard]] bool logoIsVisible() const { return distinctPixels(-50, -70, 100, 100) > 500; }
+    /// A line of text below the logo.
+    [[nodiscard]] bool labelIsVisible() const { return distinctPixels(-200, 52, 400, 40) > 150; }
+    /// The window is where and as large as it stays: what it has asked for on its way to the screen is done.
+    void makeLarge()
+    {
+        ASSERT_TRUE(waitUntil([this] { return logoIsVisible(); })) << situation();
+        const auto frame = windows.frame(window);
+        windows.moveAndResize(window, {frame.x, frame.y, 800, 560});
+        ASSERT_TRUE(waitUntil([this] {
+            return windows.contents(window).width == 800 && logoIsVisible() && labelIsVisible();
+        })) << situation();
+    }
+    /// Over the idle window with @p file and away again, twice; then it is dropped.
+    void hoverTwiceAndDrop(const fs::path &file)
+    {
+        for (int round = 0; round < 2; ++round) {
+            auto source = drag({uri(file)});
+            EXPECT_TRUE(source.moveTo(middle())) << source.transfers() << " transfers in round " << round << '\n'
+                                                 << situation();
+            EXPECT_TRUE(waitUntil([this] { return !logoIsVisible(); })) << situation();
+            source.leave();
+            EXPECT_TRUE(waitUntil([this] { return logoIsVisible() && labelIsVisible(); })) << situation();
+        }
+        auto source = drag({uri(file)});
+        EXPECT_TRUE(source.moveTo(middle()));
+        EXPECT_TRUE(source.drop());
     }
 };
 
@@ -84,33 +110,93 @@ TEST_F(DragTest, overTheIdleScreenAndLeavingLogoAndSizeComeBack)
     const auto file = addPicture("a.jpg", kRed);
     start();
     ASSERT_TRUE(waitUntil([this] { return logoIsVisible(); })) << situation();
-    auto frame = windows.frame(window);
-    windows.moveAndResize(window, {frame.x, frame.y, 800, 560});
-    ASSERT_TRUE(waitUntil([this] { return windows.contents(window).width == 800 && logoIsVisible(); }));
+    makeLarge();
     auto source = drag({uri(file)});
     EXPECT_TRUE(source.moveTo(middle()));
-    EXPECT_TRUE(waitUntil([this] { return !logoIsVisible(); })) << situation();
+    EXPECT_TRUE(waitUntil([this] { return !logoIsVisible() && !labelIsVisible(); })) << situation();
     EXPECT_EQ(windows.contents(window).width, 800) << "hovering changes no size";
     source.leave();
     EXPECT_TRUE(waitUntil([this] {
         const auto now = windows.frame(window);
-        return now.width == 600 && now.height == 400 && logoIsVisible();
+        return now.width == 600 && now.height == 400 && logoIsVisible() && labelIsVisible();
     })) << situation();
+}
+
+TEST_F(DragTest, overAMaximisedIdleWindowAndLeavingItStaysMaximised)
+{
+    const auto file = addPicture("a.jpg", kRed);
+    start();
+    makeLarge();
+    windows.maximise(window);
+    const auto area = screenAndKeys.workArea();
+    ASSERT_TRUE(waitForFrame(area)) << situation();
+    ASSERT_TRUE(waitUntil([this] { return logoIsVisible(); })) << situation();
+    hoverTwiceAndDrop(file);
+    EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    EXPECT_EQ(windows.frame(window), area) << situation();
+    EXPECT_TRUE(windows.hasState(window, "_NET_WM_STATE_MAXIMIZED_VERT"));
+}
+
+TEST_F(DragTest, overAnIdleWindowHeldInOneDirectionAndLeavingItStaysSo)
+{
+    const auto file = addPicture("a.jpg", kRed);
+    start();
+    makeLarge();
+    windows.maximiseVertically(window);
+    const auto area = screenAndKeys.workArea();
+    ASSERT_TRUE(waitUntil([&] {
+        const auto frame = windows.frame(window);
+        return frame.y == area.y && frame.height == area.height;
+    })) << situation();
+    ASSERT_TRUE(waitUntil([this] { return logoIsVisible(); })) << situation();
+    const auto held = windows.frame(window);
+    hoverTwiceAndDrop(file);
+    EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    EXPECT_EQ(windows.frame(window), held) << situation();
+    EXPECT_TRUE(windows.hasState(window, "_NET_WM_STATE_MAXIMIZED_VERT"));
+}
+
+TEST_F(DragTest, overTheMenuBarItIsStillOverTheWindowAndCanBeDropped)
+{
+    writeSettings("AutoResizeToImageSize=false\n");
+    const auto file = addPicture("a.jpg", kRed);
+    start();
+    makeLarge();
+    const auto contents = windows.contents(window);
+    auto source = drag({uri(file)});
+    EXPECT_TRUE(source.moveTo(middle()));
+    EXPECT_TRUE(waitUntil([this] { return !logoIsVisible(); })) << situation();
+    for (const int y : {8, 200, 8})
+        EXPECT_TRUE(source.moveTo({contents.x + 400, contents.y + y})) << y;
+    EXPECT_FALSE(logoIsVisible());
+    EXPECT_TRUE(source.drop());
+    EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    EXPECT_EQ(windows.contents(window), contents) << "as if it had left\n" << situation();
 }
 
 TEST_F(DragTest, overAShownImageAndLeavingNothingChanges)
 {
+    writeSettings("AutoResizeToImageSize=false\n");
     addPicture("a.jpg", kRed);
     fs::create_directory(folders.pictures() / "other");
     const auto other = addPicture("other/z.jpg", kBlue);
     start({"a.jpg"});
     ASSERT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    const auto before = windows.frame(window);
+    {
+        auto source = drag({uri(other)});
+        EXPECT_TRUE(source.moveTo(middle()));
+        EXPECT_TRUE(source.moveTo({middle().x + 20, middle().y + 20}));
+        source.leave();
+    }
+    EXPECT_EQ(windows.title(window), "Tallowmere • a.jpg");
+    // Whatever the leaving set off shows by the time that another drag is over.
     auto source = drag({uri(other)});
     EXPECT_TRUE(source.moveTo(middle()));
-    EXPECT_TRUE(source.moveTo({middle().x + 20, middle().y + 20}));
-    source.leave();
-    waitUntilKeysAreDealtWith(); // whatever the drag set off has happened by then
     EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    EXPECT_TRUE(source.drop());
+    EXPECT_TRUE(waitForPicture("z.jpg", kBlue)) << situation();
+    EXPECT_EQ(windows.frame(window), before) << situation();
 }
 
 TEST_F(DragTest, anUpperCasePngIsTaken)

@@ -122,6 +122,58 @@ TEST_F(LaunchTest, aPhotoLargerThanTheScreenFillsTheWorkAreaInOneDirection)
     EXPECT_NEAR(ratio, 1.5, 0.1) << situation();
 }
 
+/// Two pixels a point, and room for 1440 x 875 points.
+class LaunchOnDenseScreenTest : public E2ETest
+{
+protected:
+    LaunchOnDenseScreenTest()
+        : E2ETest(std::nullopt, {.width = 2880, .height = 1800, .marginTop = 50, .marginBottom = 0, .marginLeft = 0})
+    {
+        setEnvironment("QT_SCALE_FACTOR", "2");
+    }
+    [[nodiscard]] bool waitUntilCentred()
+    {
+        const auto area = screenAndKeys.workArea().centre();
+        return waitUntil([&] {
+            const auto frame = windows.frame(window).centre();
+            return std::abs(frame.x - area.x) <= 2 && std::abs(frame.y - area.y) <= 2;
+        });
+    }
+    /// How far the picture's surround reaches upwards from the lower left corner.
+    [[nodiscard]] int heightOfPicture() const
+    {
+        const Rectangle contents = windows.contents(window);
+        const auto column = screen.capture({contents.x + 4, contents.y, 1, contents.height});
+        const auto from = std::find_if(column.pixels.rbegin(), column.pixels.rend(),
+                                       [](const auto &pixel) { return !alike(pixel, kSurround); });
+        return static_cast<int>(from - column.pixels.rbegin());
+    }
+};
+
+TEST_F(LaunchOnDenseScreenTest, aPictureOf4000By3000AtScaleTwoIsFittedToTheWorkAreaAndCentred)
+{
+    addPicture("large.jpg", kGreen, 4000, 3000);
+    start({"large.jpg"});
+    EXPECT_TRUE(waitForPicture("large.jpg", kGreen)) << situation();
+    EXPECT_TRUE(waitUntil([&] { return std::abs(windows.frame(window).height - 1750) <= 2; })) << situation();
+    EXPECT_TRUE(waitUntilCentred()) << situation();
+    const int width = windows.contents(window).width;
+    EXPECT_TRUE(waitUntil([&] { return std::abs(heightOfPicture() - width * 3.0 / 4.0) <= 2; }))
+        << width << " x " << heightOfPicture() << '\n'
+        << situation();
+}
+
+TEST_F(LaunchOnDenseScreenTest, aPictureOf100By100AtScaleTwoHasAContentOf50By50)
+{
+    addPicture("small.jpg", kGreen, 100, 100);
+    start({"small.jpg"});
+    EXPECT_TRUE(waitForTitle("Tallowmere • small.jpg")) << situation();
+    EXPECT_TRUE(waitUntil([&] { return std::abs(windows.contents(window).width - 100) <= 1; })) << situation();
+    EXPECT_TRUE(waitUntilCentred()) << situation();
+    EXPECT_TRUE(waitUntil([&] { return std::abs(heightOfPicture() - 100) <= 1; })) << heightOfPicture() << '\n'
+                                                                                   << situation();
+}
+
 TEST_F(LaunchTest, ofThreeFilesTheFirstIsOpened)
 {
     addPicture("a.jpg", kRed);

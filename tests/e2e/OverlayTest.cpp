@@ -1,12 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Tallowmere developers
 // SPDX-License-Identifier: MIT
 #include "tests/e2e/E2ETest.h"
-
-#include <sys/xattr.h>
+#include "tests/e2e/TaggedFile.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <utility>
 
 namespace tallowmere {
@@ -86,16 +83,11 @@ protected:
         })) << situation();
         return last;
     }
-    /// Whether the file system has room for labels; if so, the file has them now.
-    [[nodiscard]] static bool setTags(const std::filesystem::path &file, std::string_view tags)
-    {
-        return ::setxattr(file.c_str(), "user.xdg.tags", tags.data(), tags.size(), 0) == 0;
-    }
     void expectCircle(std::string_view tags, const Colour &colour)
     {
-        const auto file = addFile("a.png", photos::makePlainPng(600, 400, {255, 255, 255}));
-        if (!setTags(file, tags))
-            GTEST_SKIP() << "no extended attributes where temporary files lie: " << std::strerror(errno);
+        const TaggedFile file(addFile("a.png", photos::makePlainPng(600, 400, {255, 255, 255})), tags);
+        if (!file.tagged())
+            GTEST_SKIP() << file.whyNot();
         startWith("a.png", "ShowFileTag=true\nShowFileSize=true\n");
         EXPECT_TRUE(screen.waitForColour(infoPoint(kMargin + 8 + 6), colour, 2)) << situation();
         EXPECT_TRUE(alike(screen.at(infoPoint(kMargin + 8 + 3)), colour, 2));
@@ -157,6 +149,31 @@ TEST_F(OverlayTest, aVeryLongNameInTheCornerHasAPillOf300)
     expectPill(600 - kMargin - 300, 600 - kMargin);
 }
 
+TEST_F(OverlayTest, aVeryLongNameInTheCornerIsTruncatedInTheMiddle)
+{
+    // Underscores lie below the line on which letters and full stops stand.
+    startWith(std::string(100, '_') + std::string(100, 'W') + ".png",
+              "FileNameDisplayLocation=inCorner\nShowFileSize=false\nShowImageResolution=false\n");
+    constexpr int kPadding = 15;
+    constexpr int kTextWidth = 300 - 2 * kPadding;
+    constexpr int kThird = kTextWidth / 3;
+    constexpr int kCapitalsFromTop = 8;
+    constexpr int kCapitalsHeight = 6;
+    const Rectangle left{m_view.x + 600 - kMargin - 300 + kPadding,
+                         m_view.y + 400 - kMargin - kPillHeight + kCapitalsFromTop, kThird, kCapitalsHeight};
+    const Rectangle right{left.x + 2 * kThird, left.y, kThird, kCapitalsHeight};
+    const auto darkIn = [this](const Rectangle &part) {
+        const auto seen = screen.capture(part);
+        return std::ranges::count_if(seen.pixels, [](const Colour &pixel) { return pixel.green < 110; });
+    };
+    EXPECT_TRUE(waitUntil([&] { return darkIn(right) > 30; })) << "its end, " << darkIn(right) << '\n' << situation();
+    EXPECT_EQ(darkIn(left), 0) << "its beginning";
+    // Which is there, below.
+    const Rectangle below{left.x, left.y + kCapitalsHeight, kThird,
+                          kPillHeight - kCapitalsFromTop - kCapitalsHeight - 2};
+    EXPECT_GT(darkIn(below), 60);
+}
+
 TEST_F(OverlayTest, anUnknownLocationOfTheNameIsTheTitle)
 {
     startWith("a.png", "FileNameDisplayLocation=somewhere\nShowFileSize=false\nShowImageResolution=false\n");
@@ -204,9 +221,10 @@ TEST_F(OverlayTest, aLabelColourSlightlyOffIsShownInTheStandardColour)
 
 TEST_F(OverlayTest, anAbsurdLabelHasNoCircle)
 {
-    const auto file = addFile("a.png", photos::makePlainPng(600, 400, {255, 255, 255}));
-    if (!setTags(file, std::string(3000, ',') + "#gg0000,#12345,\xff\xfe," + std::string(500, 'R')))
-        GTEST_SKIP() << "no extended attributes where temporary files lie: " << std::strerror(errno);
+    const TaggedFile file(addFile("a.png", photos::makePlainPng(600, 400, {255, 255, 255})),
+                          std::string(3000, ',') + "#gg0000,#12345,\xff\xfe," + std::string(500, 'R'));
+    if (!file.tagged())
+        GTEST_SKIP() << file.whyNot();
     startWith("a.png", "ShowFileTag=true\nShowFileSize=true\nShowImageResolution=false\n");
     const int withTag = settledInfoPillEnd();
     program->end();

@@ -126,6 +126,93 @@ TEST_F(WindowSizeTest, control4TogglesAutomaticResizingExactlyOnce)
     EXPECT_TRUE(waitUntil([&] { return std::abs(windows.frame(window).width - 800) <= 2; })) << situation();
 }
 
+TEST_F(WindowSizeTest, toImageWhileAutomaticResizingIsOnTurnsItOffAndKeepsTheSize)
+{
+    startFitted();
+    makeUnlikeAnyPicture();
+    const Rectangle before = windows.frame(window);
+    input.control('4');
+    EXPECT_TRUE(waitForSetting("AutoResizeToImageSize=false")) << situation();
+    // Whatever else the key may have set off has happened by then.
+    input.press(key::kLeft);
+    EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
+    EXPECT_EQ(windows.frame(window), before) << situation();
+}
+
+/// A picture of 1000 x 700 in a window of its size.
+class WindowSizeByZoomTest : public WindowSizeTest
+{
+protected:
+    void SetUp() override
+    {
+        addPicture("a.jpg", kRed, 1000, 700);
+        writeSettings("AutoResizeWithAnimation=false\n");
+        start({"a.jpg"});
+        ASSERT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+        ASSERT_TRUE(waitUntil([&] { return windows.contents(window).width == 1000; })) << situation();
+        ASSERT_TRUE(waitUntilFrameRests()) << situation();
+        m_menuBar = windows.contents(window).height - 700;
+        ASSERT_GT(m_menuBar, 0);
+    }
+    [[nodiscard]] bool waitForWidth(int width, int tolerance)
+    {
+        return waitUntil([&] { return std::abs(windows.contents(window).width - width) <= tolerance; });
+    }
+    [[nodiscard]] bool waitForContents(int width, int height)
+    {
+        return waitUntil([&] {
+            const Rectangle contents = windows.contents(window);
+            return contents.width == width && contents.height == height + m_menuBar;
+        });
+    }
+    int m_menuBar = 0;
+};
+
+TEST_F(WindowSizeByZoomTest, growingFrom800By600StopsAtTheFittedSizeOf1000By700)
+{
+    windows.moveAndResize(window, {200, 100, 800, 600 + m_menuBar});
+    ASSERT_TRUE(waitForContents(800, 600)) << situation();
+    input.control('=');
+    EXPECT_TRUE(waitForContents(1000, 700)) << situation();
+    EXPECT_TRUE(waitUntilFrameRests()) << situation();
+}
+
+TEST_F(WindowSizeByZoomTest, twelveStepsOutAndBackInEndAtTheSizeOfThePicture)
+{
+    for (const int width : {667, 444, 296, 250}) {
+        input.control('-');
+        ASSERT_TRUE(waitForWidth(width, 2)) << width << '\n' << situation();
+    }
+    for (int step = 4; step < 12; ++step)
+        input.control('-');
+    for (const int width : {375, 562, 844, 1000}) {
+        input.control('=');
+        ASSERT_TRUE(waitForWidth(width, 2)) << width << '\n' << situation();
+    }
+    EXPECT_TRUE(waitForContents(1000, 700)) << situation();
+}
+
+TEST_F(WindowSizeTest, aPictureSoNarrowThatItsWidthRoundsToNothingStillHasAWindow)
+{
+    addPicture("c.jpg", kBlue, 2, 4000);
+    start({"c.jpg"});
+    ASSERT_NE(window, 0U);
+    ASSERT_TRUE(waitForTitle("Tallowmere • c.jpg")) << situation();
+    ASSERT_TRUE(program->waitForOutput("✅ Successfully loaded 3 files from directory\n")) << situation();
+    EXPECT_TRUE(windows.visible(window));
+    for (int step = 0; step < 3; ++step)
+        input.control('-');
+    input.press(key::kLeft);
+    EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    EXPECT_TRUE(waitUntil([&] { return std::abs(windows.frame(window).width - 640) <= 2; })) << situation();
+    EXPECT_TRUE(waitUntilFrameRests()) << situation();
+    input.press(key::kRight);
+    EXPECT_TRUE(waitForTitle("Tallowmere • c.jpg")) << situation();
+    input.press(key::kLeft);
+    EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << "and again in a window that is there already\n" << situation();
+    EXPECT_TRUE(waitUntil([&] { return std::abs(windows.frame(window).width - 640) <= 2; })) << situation();
+}
+
 TEST_F(WindowSizeTest, fixedSizesWorkWithoutAFile)
 {
     start();
@@ -159,6 +246,42 @@ TEST_F(WindowSizeTest, aMaximisedWindowKeepsItsFrameWhenAnotherPictureComes)
     input.press(key::kRight);
     EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
     EXPECT_EQ(windows.frame(window), area) << situation();
+}
+
+TEST_F(WindowSizeTest, aMaximisedWindowStaysSoWhenItsLastPictureIsBinned)
+{
+    std::filesystem::remove(folders.pictures() / "b.jpg");
+    startFitted();
+    windows.maximise(window);
+    const Rectangle area = screenAndKeys.workArea();
+    ASSERT_TRUE(waitForFrame(area));
+    input.control(key::kBackspace);
+    EXPECT_TRUE(waitForTitle("Tallowmere")) << situation();
+    EXPECT_TRUE(waitUntil([&] { return showsNoPicture(); })) << situation();
+    input.control('z');
+    EXPECT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    EXPECT_EQ(windows.frame(window), area) << situation();
+    EXPECT_TRUE(windows.hasState(window, kHeldVertically));
+}
+
+TEST_F(WindowSizeTest, aHeldWindowThatIsClosedIsNoLongerHeldWhenItComesBack)
+{
+    startFitted();
+    const int whole = screenAndKeys.workArea().height;
+    for (const bool inBothDirections : {false, true}) {
+        if (inBothDirections)
+            windows.maximise(window);
+        else
+            windows.maximiseVertically(window);
+        ASSERT_TRUE(waitUntil([&] { return windows.frame(window).height == whole; })) << situation();
+        input.control('w');
+        ASSERT_TRUE(waitUntil([&] { return !windows.visible(window); })) << situation();
+        ASSERT_EQ(callApplication("Activate", {"{}"}).status, 0);
+        adopt(program->id());
+        EXPECT_TRUE(waitUntil([&] {
+            return windows.frame(window).height < whole / 2 && !windows.hasState(window, kHeldVertically);
+        })) << situation();
+    }
 }
 
 TEST_F(WindowSizeTest, aWindowHeldBetweenTopAndBottomKeepsItsFrameWhenAnotherPictureComes)

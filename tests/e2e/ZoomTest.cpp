@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/e2e/E2ETest.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -81,6 +82,41 @@ protected:
             return alike(colourAt(reach - kMargin, 0), colour) && alike(colourAt(-reach + kMargin, 0), colour) &&
                    !alike(colourAt(reach + kMargin, 0), colour) && !alike(colourAt(-reach - kMargin, 0), colour);
         });
+    }
+    /// Drags again and again: the picture itself ends at @p dx, @p dy in the end, with its outer part on the side where
+    /// @p inwardsX and @p inwardsY point to.
+    [[nodiscard]] bool dragUntilOuterEdge(const Point &from, const Point &to, double dx, double dy, double inwardsX,
+                                          double inwardsY)
+    {
+        return waitUntil([&] {
+            drag(from, to);
+            return alike(colourAt(dx + inwardsX * kMargin, dy + inwardsY * kMargin), kSurround) &&
+                   !alike(colourAt(dx - inwardsX * kMargin, dy - inwardsY * kMargin), kSurround);
+        });
+    }
+    /// The size of the whole picture on the screen, as far as it is of the colours given, in pixels.
+    [[nodiscard]] bool waitForPictureSize(double width, double height)
+    {
+        constexpr double kTolerance = 3;
+        return waitUntil([&] {
+            const Rectangle shown = pictureOnScreen();
+            return std::abs(shown.width - width) <= kTolerance && std::abs(shown.height - height) <= kTolerance;
+        });
+    }
+    [[nodiscard]] Rectangle pictureOnScreen() const
+    {
+        const desktop::Picture picture = screen.capture(windows.contents(window));
+        Point first{picture.width, picture.height};
+        Point last{-1, -1};
+        for (int y = 0; y < picture.height; ++y) {
+            for (int x = 0; x < picture.width; ++x) {
+                if (!alike(picture.at(x, y), kRed) && !alike(picture.at(x, y), kSurround))
+                    continue;
+                first = {std::min(first.x, x), std::min(first.y, y)};
+                last = {std::max(last.x, x), std::max(last.y, y)};
+            }
+        }
+        return last.x < 0 ? Rectangle{} : Rectangle{first.x, first.y, last.x - first.x + 1, last.y - first.y + 1};
     }
     void drag(const Point &from, const Point &to)
     {
@@ -165,6 +201,16 @@ TEST_P(ZoomAtScale, aDragPansTheMagnifiedPictureWithinItsLimits)
     EXPECT_TRUE(waitForColourAt(-reach() * 1.5 + 180 * 1.5 - kMargin, 0, kSurround)) << situation();
 }
 
+TEST_P(ZoomAtScale, anImageSmallerThanTheViewIsNotEnlarged)
+{
+    addPicture("a.jpg", kRed, 200, 150);
+    setScale(GetParam());
+    startWithFixedSize();
+    EXPECT_TRUE(waitForPictureSize(200 * m_scale, 150 * m_scale)) << situation();
+    input.control('=');
+    EXPECT_TRUE(waitForPictureSize(300 * m_scale, 225 * m_scale)) << situation();
+}
+
 INSTANTIATE_TEST_SUITE_P(Scales, ZoomAtScale, testing::Values(1.0, 1.25, 1.5, 2.0),
                          [](const auto &each) { return "at" + std::to_string(static_cast<int>(each.param * 100)); });
 
@@ -218,6 +264,108 @@ TEST_P(ZoomAtScale1, aPresetSizeEndsTheZoom)
     EXPECT_TRUE(waitForReach(reach())) << situation();
 }
 
+TEST_P(ZoomAtScale1, aHorizontalWheelMovesThePictureSideways)
+{
+    start600By400();
+    input.control('=');
+    ASSERT_TRUE(waitForReach(reach() * 1.5)) << situation();
+    // To the left: what lies there comes into view, three lines of 20 points a notch.
+    input.wheelSideways(pointAt(100, 0), 1);
+    EXPECT_TRUE(waitForColourAt(-reach() * 1.5 + 90 - kMargin, 0, kSurround)) << situation();
+    EXPECT_TRUE(waitForColourAt(-reach() * 1.5 + 90 + kMargin, 0, kRed)) << situation();
+    input.wheelSideways(pointAt(100, 0), -1);
+    EXPECT_TRUE(waitForReach(reach() * 1.5)) << situation();
+}
+
+TEST_P(ZoomAtScale1, zoomInFrom8StopsAt10AndAFurtherZoomInChangesNothing)
+{
+    start600By400();
+    for (int i = 0; i < 6; ++i)
+        input.control('=');
+    ASSERT_TRUE(waitForColourAt(-290, 0, kRed)) << situation();
+    ASSERT_TRUE(waitForColourAt(290, 0, kRed)) << situation();
+    // The offset counts in the magnified picture: this brings an edge of the middle part into view.
+    const double offset = std::round(reach()) - 15;
+    drag(pointAt(offset, 0), pointAt(0, 0));
+    const double edge = reach() - offset;
+    ASSERT_TRUE(waitForColourAt(edge * 10 - 3 * kMargin, 0, kRed)) << situation();
+    ASSERT_TRUE(waitForColourAt(edge * 10 + 3 * kMargin, 0, kSurround)) << situation();
+    const desktop::Picture before = screen.capture(windows.contents(window));
+    input.control('=');
+    // There and back, so that the key has been dealt with.
+    input.press(key::kLeft);
+    ASSERT_TRUE(waitForReach(reach(), kGreen)) << situation();
+    input.press(key::kRight);
+    EXPECT_TRUE(waitUntil([&] { return screen.capture(windows.contents(window)) == before; })) << situation();
+    for (int i = 0; i < 5; ++i)
+        input.control('-');
+    const double zoom = 10 / std::pow(1.5, 5);
+    EXPECT_TRUE(waitForColourAt(edge * zoom - kMargin, 0, kRed)) << situation();
+    EXPECT_TRUE(waitForColourAt(edge * zoom + kMargin, 0, kSurround)) << situation();
+}
+
+TEST_P(ZoomAtScale1, zoomOutFromAThirdOrSoGivesAQuarterAndStops)
+{
+    start600By400();
+    for (int i = 0; i < 3; ++i)
+        input.control('-');
+    ASSERT_TRUE(waitForReach(reach() / 3.375)) << situation();
+    input.control('-');
+    EXPECT_TRUE(waitForPictureSize(reach(), reach() * 3 / 4)) << situation();
+    input.control('-');
+    input.control('=');
+    EXPECT_TRUE(waitForPictureSize(reach() * 1.5, reach() * 1.5 * 3 / 4)) << situation();
+}
+
+TEST_P(ZoomAtScale1, aDragAtZoom1AndBelowMovesNothingAndAboveItDoes)
+{
+    // So large that there would be room to move it even where it is shown reduced.
+    addPicture("a.jpg", kRed, 1920, 1440);
+    start600By400();
+    drag(pointAt(0, 0), pointAt(40, 0));
+    input.control('-');
+    ASSERT_TRUE(waitForReach(reach() / 1.5)) << situation();
+    drag(pointAt(0, 0), pointAt(40, 0));
+    // Keys may overtake the mouse, a wheel does not: when it has had its effect, both drags have had theirs.
+    input.wheelSideways(pointAt(0, 0), 1);
+    EXPECT_TRUE(waitForColourAt(reach() / 1.5 + 40 - kMargin, 0, kRed)) << situation();
+    EXPECT_TRUE(waitForColourAt(reach() / 1.5 + 40 + kMargin, 0, kSurround)) << situation();
+    EXPECT_TRUE(waitForColourAt(-reach() / 1.5 + 40 - kMargin, 0, kSurround)) << situation();
+    EXPECT_TRUE(waitForColourAt(-reach() / 1.5 + 40 + kMargin, 0, kRed)) << situation();
+    input.control('0');
+    input.control('=');
+    ASSERT_TRUE(waitForReach(reach() * 1.5)) << situation();
+    drag(pointAt(0, 0), pointAt(40, 0));
+    EXPECT_TRUE(waitForColourAt(-reach() * 1.5 + 60 - kMargin, 0, kSurround)) << situation();
+    EXPECT_TRUE(waitForColourAt(-reach() * 1.5 + 60 + kMargin, 0, kRed)) << situation();
+}
+
+TEST_P(ZoomAtScale1, aPictureTwiceAsWideAsTheViewMovesNoFurtherThanHalfTheView)
+{
+    addPicture("a.jpg", kRed, 1200, 900);
+    start600By400();
+    input.control('=');
+    input.control('=');
+    ASSERT_TRUE(waitForReach(reach() * 2.25)) << situation();
+    const double halfWidth = reach() * 2 * 2.25;
+    EXPECT_TRUE(dragUntilOuterEdge(pointAt(-280, 0), pointAt(280, 0), -halfWidth + 300 * 2.25, 0, 1, 0)) << situation();
+    EXPECT_TRUE(dragUntilOuterEdge(pointAt(280, 0), pointAt(-280, 0), halfWidth - 300 * 2.25, 0, -1, 0)) << situation();
+    // The picture is as high as the view: half the view is half of itself.
+    const double far = m_areaHeight / 2 - 20;
+    EXPECT_TRUE(dragUntilOuterEdge(pointAt(0, -far), pointAt(0, far), -200, 0, 0, 1)) << situation();
+}
+
+TEST_P(ZoomAtScale1, plusOfTheKeypadDoesNotZoomAndPlusOfTheMainKeysDoes)
+{
+    start600By400();
+    input.control(key::kKeypadPlus);
+    input.press('=', {key::kControl, key::kShift});
+    EXPECT_TRUE(waitForReach(reach() * 1.5)) << situation();
+    input.control(key::kKeypadMinus);
+    input.press('=', {key::kControl, key::kShift});
+    EXPECT_TRUE(waitForReach(reach() * 2.25)) << situation();
+}
+
 INSTANTIATE_TEST_SUITE_P(Scale, ZoomAtScale1, testing::Values(1.0), [](const auto &) { return "at100"; });
 
 /// The window follows the picture.
@@ -233,7 +381,7 @@ protected:
 
 TEST_P(ZoomThatResizes, keysResizeTheWindowUpToThePictureAndThenMagnifyIt)
 {
-    // At once: a key that comes during an animation would find the window at a size in between.
+    // Keys that come during an animation have a test of their own.
     writeSettings("AutoResizeWithAnimation=false\n");
     start({"a.jpg"});
     ASSERT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
@@ -264,6 +412,26 @@ TEST_P(ZoomThatResizes, keysResizeTheWindowUpToThePictureAndThenMagnifyIt)
     input.control('0');
     EXPECT_TRUE(waitForReach(width / 4)) << situation();
     EXPECT_TRUE(waitForContents(width, height)) << situation();
+}
+
+TEST_F(ZoomTest, aSecondZoomKeyDuringTheAnimationCounts)
+{
+    addPicture("a.jpg", kRed, 900, 600);
+    start({"a.jpg"});
+    ASSERT_TRUE(waitForPicture("a.jpg", kRed)) << situation();
+    ASSERT_TRUE(waitForContents(900, 600)) << situation();
+    ASSERT_TRUE(waitUntilFrameRests()) << situation();
+    input.control('-');
+    input.control('-');
+    EXPECT_TRUE(waitForContents(400, 267)) << situation();
+    EXPECT_TRUE(waitUntilFrameRests()) << situation();
+    input.control('=');
+    input.control('=');
+    input.control('=');
+    EXPECT_TRUE(waitForContents(900, 600)) << situation();
+    EXPECT_TRUE(waitUntilFrameRests()) << situation();
+    m_areaHeight = 600;
+    EXPECT_TRUE(waitForReach(225 * 1.5)) << situation();
 }
 
 TEST_P(ZoomThatResizes, everyPresetHasTheFrameItShouldHave)

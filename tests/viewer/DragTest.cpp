@@ -267,6 +267,73 @@ TEST_F(Drag, aFileOpenedByOtherMeansWhileItHoversStays)
     EXPECT_FALSE(idleScreen()->isVisible());
 }
 
+TEST_F(Drag, aFileOpenedByOtherMeansStaysEvenBeforeThereIsAListOrAPicture)
+{
+    showWindow();
+    offer(photo("a.jpg"));
+    EXPECT_TRUE(enter(controller->view()));
+    const FileURL other = folder.at("vanished/other.jpg"); // in a folder that cannot be listed
+    controller->openImage(other);
+    ASSERT_TRUE(controller->currentFile().empty());
+    ASSERT_FALSE(controller->currentImage());
+    const QString title = window->windowTitle();
+    leave();
+    EXPECT_FALSE(controller->isIdle());
+    EXPECT_FALSE(idleScreen()->isVisible());
+    EXPECT_EQ(window->windowTitle(), title);
+}
+
+TEST_F(Drag, overAMaximisedIdleWindowAndLeavingKeepsItMaximised)
+{
+    showWindow();
+    window->showMaximized();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->isMaximized() && window->width() > 700; }, 30'000));
+    const QRectF before = frame();
+    offer(photo("a.jpg"));
+    EXPECT_TRUE(enter(controller->view()));
+    EXPECT_FALSE(idleScreen()->isVisible());
+    leave();
+    EXPECT_TRUE(idleScreen()->isVisible());
+    EXPECT_TRUE(window->isMaximized());
+    EXPECT_EQ(frame(), before);
+}
+
+TEST_F(Drag, hasLeftWhenTheMouseMovesOnWithoutIt)
+{
+    showWindow();
+    offer(photo("a.jpg"));
+    EXPECT_TRUE(enter(controller->view()));
+    ASSERT_FALSE(idleScreen()->isVisible());
+    int at = 0;
+    const auto moveMouse = [&] { QTest::mouseMove(window.get(), QPoint(100 + ++at % 100, 150)); };
+    moveMouse();
+    EXPECT_FALSE(idleScreen()->isVisible()) << "it may be on its way to being dropped";
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+        moveMouse();
+        return idleScreen()->isVisible();
+        },
+        30'000));
+    EXPECT_TRUE(controller->isIdle());
+}
+
+TEST_F(Drag, afterTheMouseMovedWithoutOneIsAskedForItsOwnFiles)
+{
+    showWindow();
+    offer(photo("first.jpg"));
+    EXPECT_TRUE(enter(controller->view()));
+    QTest::mouseMove(window.get(), QPoint(100, 150));
+    QTest::mouseMove(window.get(), QPoint(110, 150));
+    QCoreApplication::processEvents();
+    // The program of the first has died; Qt reports the second as a move of the first.
+    const FileURL second = photo("second.jpg");
+    offer(second);
+    EXPECT_TRUE(move());
+    EXPECT_TRUE(drop());
+    settle();
+    EXPECT_EQ(controller->currentFile(), second);
+}
+
 TEST_F(Drag, aPreparationThatOutlivesTheViewerReachesNobody)
 {
     offer(photo("a.jpg"));

@@ -136,6 +136,8 @@ TEST_F(Pan, aScrollAtZoom1IsNotSeen)
     show();
     EXPECT_TRUE(wheel({0, 25}, {}));
     EXPECT_EQ(imageView()->imageTransform(), ImageTransform());
+    magnify();
+    EXPECT_EQ(shift(), QPointF(0, 25)) << "but it counts as soon as the picture is magnified";
 }
 
 TEST_F(Pan, aScrollWithoutAnImageIsLeftToTheWindow)

@@ -168,6 +168,20 @@ TEST(WindowFrame, aFrameSetBeforeTheDecorationsAreKnownIsWorkedOutOnceMore)
     EXPECT_EQ(asked, 2);
 }
 
+TEST_F(WindowFrameTest, aFrameThatRoundsToNothingStillLeavesAWindow)
+{
+    const QSizeF around = start.size() - QSizeF(window.size());
+    for (const QSizeF &size : {QSizeF(0.4, 300), QSizeF(300, 0.4), QSizeF(0, 0)}) {
+        subject->setFrame(fixed({{40, 50}, size + around}), false, {});
+        EXPECT_EQ(window.size(), size.toSize().expandedTo({1, 1}));
+        EXPECT_TRUE(window.windowHandle()->isExposed());
+        bool done = false;
+        subject->setFrame(fixed(target), true, [&] { done = true; });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return done; }, kLimit));
+        EXPECT_EQ(subject->frame(), target);
+    }
+}
+
 TEST_F(WindowFrameTest, aWindowMaximisedMeanwhileStaysSo)
 {
     bool done = false;

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <random>
 
 namespace tallowmere {
@@ -59,6 +61,69 @@ TEST(WindowGeometry, shrinksByAFactorNoFurtherThan100)
 TEST(WindowGeometry, aFittedSizeUnder100GoesBeforeTheSmallestSide)
 {
     EXPECT_EQ(contentResizedByFactor({50, 50}, 0.5, {50, 50}), QSizeF(50, 50));
+}
+
+QSizeF inWholePoints(QSizeF content)
+{
+    return content.toSize();
+}
+
+TEST(WindowGeometry, stepsOutAndInAgainEndAtTheFittedSize)
+{
+    for (const QSizeF &fitted : {QSizeF(1000, 719), QSizeF(719, 1000), QSizeF(1333.3, 211.2), QSizeF(211.2, 1333.3)}) {
+        QSizeF content = inWholePoints(fitted);
+        const auto rounded = content;
+        for (int step = 0; step < 12 && content.width() > fitted.width() / 4; ++step) {
+            const double ratio = content.width() / rounded.width();
+            content = inWholePoints(contentResizedByFactor(content, std::max(ratio / 1.5, 0.25) / ratio, fitted));
+        }
+        for (int step = 0; step < 12 && content.width() < rounded.width(); ++step) {
+            const double ratio = content.width() / rounded.width();
+            content = inWholePoints(contentResizedByFactor(content, std::min(ratio * 1.5, 1.0) / ratio, fitted));
+        }
+        EXPECT_EQ(content.width(), rounded.width());
+        if (fitted.width() / 4 > kSmallestContentSide && fitted.height() / 4 > kSmallestContentSide) {
+            EXPECT_EQ(content.height(), rounded.height());
+        }
+    }
+}
+
+/// The rule of the two sides, each by itself.
+QSizeF sideBySide(QSizeF content, double factor, QSizeF fitted)
+{
+    return {std::min(std::max(content.width() * factor, kSmallestContentSide), fitted.width()),
+            std::min(std::max(content.height() * factor, kSmallestContentSide), fitted.height())};
+}
+
+TEST(WindowGeometry, keepingTheShapeChangesNoMoreThanRoundingDoes)
+{
+    std::mt19937 random(20260103);
+    std::uniform_real_distribution<double> side(0.3, 3000);
+    std::uniform_int_distribution<int> length(1, 3000);
+    std::uniform_real_distribution<double> factors(0.3, 4);
+    for (int round = 0; round < 20'000; ++round) {
+        const QSizeF fitted(side(random), side(random));
+        // Every other one in shape.
+        const int width = length(random);
+        const double shape = fitted.height() / fitted.width();
+        const QSizeF content(width, round % 2 ? std::round(width * shape) : length(random));
+        const double factor = factors(random);
+        const QSizeF plain = sideBySide(content, factor, fitted);
+        const QSizeF kept = contentResizedByFactor(content, factor, fitted);
+        EXPECT_EQ(kept.width(), plain.width());
+        EXPECT_NEAR(kept.height(), plain.height(), 0.5 * (1 + shape) * factor + kTolerance);
+    }
+}
+
+TEST(WindowGeometry, steppingOutOfAPictureThatIsNarrowerThanTheSmallestSideGetsToTheSmallestSide)
+{
+    for (const double width : {0.3, 0.49, 0.6, 3.0, 40.0, 99.0, 101.0, 130.0}) {
+        const QSizeF fitted(width, 1200);
+        QSizeF content = inWholePoints(fitted).expandedTo({1, 1});
+        for (int step = 0; step < 12; ++step)
+            content = inWholePoints(contentResizedByFactor(content, 1 / 1.5, fitted)).expandedTo({1, 1});
+        EXPECT_EQ(content.height(), 100) << width;
+    }
 }
 
 TEST(WindowGeometry, neverLeavesTheScreenAndNeverEnlargesWhateverTheImage)

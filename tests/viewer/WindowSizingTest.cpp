@@ -4,6 +4,9 @@
 
 #include <QMenuBar>
 #include <QTest>
+#include <QWindow>
+
+#include <utility>
 
 namespace tallowmere::test {
 namespace {
@@ -12,6 +15,12 @@ class WindowSizing : public ViewerFixture
 {
 protected:
     void display(ImagePtr image) { controller->displayImage(cachedFile("shown.jpg", std::move(image))); }
+    void showMaximisedWindow()
+    {
+        showWindow();
+        window->showMaximized();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return window->isMaximized() && window->width() > 700; }, 30'000));
+    }
     [[nodiscard]] QSizeF content() const { return controller->view()->size(); }
     void expectCentred() const
     {
@@ -151,9 +160,7 @@ TEST_F(WindowSizing, growsByAFactorUpToTheFittedSize)
 TEST_F(WindowSizing, aMaximisedWindowKeepsItsFrameWhenItWouldFollowTheImage)
 {
     settings.setAutoResizeToImageSize(true);
-    showWindow();
-    window->showMaximized();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window->isMaximized() && window->width() > 700; }, 30'000));
+    showMaximisedWindow();
     const QRectF before = frame();
     display(imageOf(320, 240));
     EXPECT_EQ(frame(), before);
@@ -164,11 +171,113 @@ TEST_F(WindowSizing, aMaximisedWindowKeepsItsFrameWhenItWouldFollowTheImage)
     EXPECT_EQ(frame(), before);
 }
 
+TEST_F(WindowSizing, inAMaximisedWindowNobodyIsToldOfAnImageWithoutABitmapEither)
+{
+    showMaximisedWindow();
+    display(std::make_shared<const Image>(QSizeF(2000, 300)));
+    const QRectF before = frame();
+    bool completed = false;
+    controller->fitWindowToImage(false, [&] { completed = true; });
+    EXPECT_FALSE(completed);
+    EXPECT_EQ(frame(), before);
+}
+
+TEST_F(WindowSizing, aMaximisedWindowThatBecomesIdleStaysSo)
+{
+    showMaximisedWindow();
+    open(cachedFile("a.jpg"));
+    const QRectF before = frame();
+    controller->showIdleState();
+    EXPECT_TRUE(idleScreen()->isVisible());
+    EXPECT_TRUE(window->isMaximized());
+    EXPECT_EQ(frame(), before);
+}
+
+TEST_F(WindowSizing, aPictureOfHardlyAnyWidthStillHasAWindow)
+{
+    settings.setAutoResizeToImageSize(true);
+    showWindow();
+    for (const ImagePtr &sliver : {imageOf(1, 3000), imageOf(3000, 1)}) {
+        display(sliver);
+        EXPECT_GE(window->width(), 1);
+        EXPECT_GE(window->height(), 1);
+        EXPECT_TRUE(window->windowHandle()->isExposed());
+        for (int step = 0; step < 3; ++step)
+            controller->zoomOut();
+        controller->resetZoom();
+        EXPECT_TRUE(window->windowHandle()->isExposed());
+        display(imageOf(320, 240));
+        EXPECT_EQ(content(), QSizeF(320, 240));
+    }
+}
+
+TEST_F(WindowSizing, steppingOutAndInAgainEndsAtTheSizeOfTheImage)
+{
+    settings.setAutoResizeToImageSize(true);
+    showWindow();
+    display(imageOf(580, 403));
+    ASSERT_EQ(content(), QSizeF(580, 403));
+    for (int step = 0; step < 12; ++step)
+        controller->zoomOut();
+    ASSERT_LT(content().width(), 200);
+    for (int step = 0; step < 12 && content().width() < 580; ++step)
+        controller->zoomIn();
+    EXPECT_EQ(content(), QSizeF(580, 403));
+}
+
+/// Whether the window has its new size only after a while.
+class WindowSizingAnimation : public WindowSizing, public testing::WithParamInterface<bool>
+{
+protected:
+    void SetUp() override
+    {
+        settings.setAutoResizeToImageSize(true);
+        showWindow();
+        display(imageOf(320, 240));
+        ASSERT_EQ(content(), QSizeF(320, 240));
+        settings.setAutoResizeWithAnimation(GetParam());
+    }
+    void expectAtOnceUnlessAnimated(QSizeF expected) const
+    {
+        EXPECT_EQ(content() == expected, !GetParam());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return content() == expected; }, 30'000));
+    }
+};
+
+TEST_P(WindowSizingAnimation, isAlwaysPartOfTheSizeCommands)
+{
+    for (const auto &[key, size] : {std::pair(Qt::Key_1, QSizeF(600, 400)), std::pair(Qt::Key_2, QSizeF(900, 600)),
+                                    std::pair(Qt::Key_3, visibleFrame().size() - QSizeF(80, 80))}) {
+        ASSERT_NE(frame().size(), size);
+        press(key, Qt::ControlModifier);
+        EXPECT_NE(frame().size(), size);
+        EXPECT_TRUE(QTest::qWaitFor([&, wanted = size] { return frame().size() == wanted; }, 30'000));
+    }
+}
+
+TEST_P(WindowSizingAnimation, isPartOfANewPictureOnlyWhereTheSettingsAskForIt)
+{
+    display(imageOf(500, 300));
+    expectAtOnceUnlessAnimated({500, 300});
+}
+
+TEST_P(WindowSizingAnimation, isPartOfZoomingOnlyWhereTheSettingsAskForIt)
+{
+    controller->zoomOut();
+    expectAtOnceUnlessAnimated({213, 160});
+    controller->zoomIn();
+    expectAtOnceUnlessAnimated({320, 240});
+    controller->zoomOut();
+    expectAtOnceUnlessAnimated({213, 160});
+    controller->resetZoom();
+    expectAtOnceUnlessAnimated({320, 240});
+}
+
+INSTANTIATE_TEST_SUITE_P(WithAndWithout, WindowSizingAnimation, testing::Bool());
+
 TEST_F(WindowSizing, aPresetSizeEndsTheMaximisedState)
 {
-    showWindow();
-    window->showMaximized();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window->isMaximized() && window->width() > 700; }, 30'000));
+    showMaximisedWindow();
     controller->resizeWindow(false, 600, 400);
     EXPECT_FALSE(window->isMaximized());
     EXPECT_TRUE(QTest::qWaitFor([&] { return frame().size() == QSizeF(600, 400); }, 30'000));

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/doubles/TestImages.h"
 #include "tests/viewer/ViewerFixture.h"
+#include "viewer/WindowFrame.h"
 
 #include <QCoreApplication>
 #include <QNativeGestureEvent>
@@ -172,7 +173,10 @@ TEST_F(Zoom, aPresetSizeForgetsTheZoomOfTheCurrentFileAtEverySize)
     ViewerFixture::press(Qt::Key_Left);
     press('=');
     press('2');
-    EXPECT_TRUE(QTest::qWaitFor([&] { return frame().size() == QSizeF(900, 600); }, 30'000));
+    const auto *windowFrame = window->findChild<WindowFrame *>();
+    ASSERT_NE(windowFrame, nullptr);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !windowFrame->isAnimating(); }, 30'000));
+    EXPECT_EQ(frame().size(), QSizeF(900, 600));
     EXPECT_EQ(zoom(), 1.0);
     window->resize(before);
     EXPECT_EQ(zoom(), 1.0) << "a.jpg at the old size";
@@ -252,6 +256,32 @@ TEST_F(ZoomThatResizes, aFittedSizeOfBrokenPointsDoesNotKeepTheImageFromBeingMag
     press('=');
     EXPECT_EQ(content(), fitted);
     EXPECT_DOUBLE_EQ(zoom(), 1.5);
+}
+
+TEST_F(ZoomThatResizes, aPictureTooThinForTheScreenIsMagnifiedAndNotAskedForAWiderWindow)
+{
+    show(imageOf(2, 4000)); // fitted to the screen's height it is less than half a point wide
+    const QRectF before = frame();
+    press('=');
+    EXPECT_DOUBLE_EQ(zoom(), 1.5);
+    press('-');
+    EXPECT_EQ(zoom(), 1.0);
+    EXPECT_EQ(frame(), before);
+}
+
+TEST_F(ZoomThatResizes, aSecondZoomKeyDuringTheAnimationCounts)
+{
+    settings.setAutoResizeWithAnimation(true);
+    show(imageOf(600, 420));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return content() == QSizeF(600, 420); }, 30'000));
+    press('-', 2);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return content() == QSizeF(267, 187); }, 30'000));
+    press('=', 3);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return content() == QSizeF(600, 420); }, 30'000));
+    EXPECT_DOUBLE_EQ(zoom(), 1.5) << "the last key found nothing to grow";
+    press('-', 2);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return content() == QSizeF(400, 280); }, 30'000));
+    EXPECT_EQ(zoom(), 1.0);
 }
 
 TEST_F(ZoomThatResizes, resetZoomFitsTheWindowAgain)

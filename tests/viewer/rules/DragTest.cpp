@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 namespace tallowmere {
 namespace {
 
@@ -76,6 +78,53 @@ TEST(DraggingInfo, answersAnewWhenTheFormatsChangedDuringTheDrag)
     EXPECT_EQ(info.firstAcceptableFile(kAll), kOther);
 }
 
+TEST(DraggingInfo, looksBehindPercentCodesAndEmptyEnds)
+{
+    EXPECT_EQ(firstPath("file:///p/a%2Ejpg"), "/p/a.jpg");
+    EXPECT_EQ(firstPath("file:///p/a%2EJP%47"), "/p/a.JPG");
+    EXPECT_EQ(firstPath("file:///p/a.txt%2Ejpg"), "/p/a.txt.jpg");
+    EXPECT_EQ(firstPath("file:///p/a.txt%2Fb.jpg"), "/p/a.txt/b.jpg");
+    EXPECT_EQ(firstPath("file:///p/a.txt%2F%2E%2E%2Fb%2Ejpg"), "/p/b.jpg");
+    EXPECT_EQ(firstPath("file:///p/album.jpg/b/.."), "/p/album.jpg");
+    EXPECT_EQ(firstPath("file:///p/album.jpg/."), "/p/album.jpg");
+    EXPECT_EQ(firstPath("file:///p/album.jpg//"), "/p/album.jpg");
+    EXPECT_EQ(firstPath("file:///p/a.jpg/.."), "");
+    EXPECT_EQ(firstPath("file:///p/a.jpg%2Etxt"), "");
+    EXPECT_EQ(firstPath("file:///p/my%20notes.txt"), "");
+    EXPECT_EQ(firstPath("file:///p/my%20photo.HEIC"), "/p/my photo.HEIC");
+}
+
+std::optional<FileURL> readInFull(const QByteArray &line, const QList<QByteArray> &extensions)
+{
+    auto file = FileURL::fromEncoded(line);
+    return file && extensions.contains(file->lowercasedPathExtension()) ? file : std::nullopt;
+}
+
+TEST(DraggingInfo, answersAsIfEveryLineWereReadInFull)
+{
+    const QList<QByteArray> pieces{"a",   "jpg", "JpG",    "png",  "txt",  ".",     "..",    "/",
+                                   "%2E", "%2F", "%2e%2E", "%6A",  "%20",  "%00",   "%z",    "%",
+                                   "?",   "#",   ":",      " x",   "\xE9", "%E9",   ".j",    "pg",
+                                   "/.",  "/..", "p%67",   ".jpg", ".txt", ".jpg/", "jpg%2F"};
+    const QList<QList<QByteArray>> enabled{kAll, kWithoutPng, {}, {QByteArray()}, {"JPG"}};
+    std::mt19937 random(20260102);
+    std::uniform_int_distribution<qsizetype> piece(0, pieces.size() - 1);
+    std::uniform_int_distribution<int> length(1, 7);
+    int accepted = 0;
+    for (int round = 0; round < 50'000; ++round) {
+        QByteArray line(round % 16 == 0 ? "" : "file:///p/");
+        for (int left = length(random); left > 0; --left)
+            line += pieces.at(piece(random));
+        line = line.trimmed();
+        for (const auto &extensions : enabled) {
+            const auto file = DraggingInfo(line + "\r\n").firstAcceptableFile(extensions);
+            ASSERT_EQ(file, line.startsWith('#') ? std::nullopt : readInFull(line, extensions)) << line.toStdString();
+            accepted += file.has_value();
+        }
+    }
+    EXPECT_GT(accepted, 1000) << "too few of the lines meant anything";
+}
+
 TEST(DraggingInfo, findsTheOnePictureAmongTenThousandFiles)
 {
     QByteArray list;
@@ -92,7 +141,6 @@ TEST(DragState, aDragWithoutAcceptableFilesIsRefusedAndChangesNothing)
     EXPECT_EQ(hover.operation, DragOperation::none);
     EXPECT_FALSE(hover.hidesIdleScreen);
     EXPECT_FALSE(hover.prepare);
-    EXPECT_FALSE(state.draggedFileURL());
     EXPECT_FALSE(state.exited());
 }
 
@@ -103,9 +151,7 @@ TEST(DragState, overTheIdleScreenAndLeavingReturnsToIt)
     EXPECT_EQ(hover.operation, DragOperation::copy);
     EXPECT_TRUE(hover.hidesIdleScreen);
     EXPECT_EQ(hover.prepare, kPhoto);
-    EXPECT_EQ(state.draggedFileURL(), kPhoto);
     EXPECT_TRUE(state.exited());
-    EXPECT_FALSE(state.draggedFileURL());
     EXPECT_FALSE(state.exited()); // leaving twice returns once
 }
 
@@ -147,7 +193,6 @@ TEST(DragState, aDropOpensTheFileAndTheLeaveThatFollowsChangesNothing)
     DragState state;
     EXPECT_TRUE(state.hovered(kPhoto, false, true).hidesIdleScreen);
     EXPECT_EQ(state.dropped(kPhoto), kPhoto);
-    EXPECT_FALSE(state.draggedFileURL());
     EXPECT_FALSE(state.exited());
 }
 
@@ -165,6 +210,8 @@ TEST(DragState, theSameFileDraggedASecondTimeIsPreparedAgain)
     EXPECT_TRUE(state.hovered(kPhoto, false, true).prepare);
     EXPECT_TRUE(state.exited());
     EXPECT_TRUE(state.hovered(kPhoto, false, true).prepare);
+    EXPECT_EQ(state.dropped(kPhoto), kPhoto);
+    EXPECT_TRUE(state.hovered(kPhoto, true, false).prepare);
 }
 
 } // namespace
