@@ -79,8 +79,8 @@ ImagePtr makePicture(PixelSize size, bool transparent)
         auto *row = reinterpret_cast<std::uint32_t *>(decoded.pixels.row(y));
         for (std::uint32_t x = 0; x < size.width; ++x) {
             noise = noise * 1664525 + 1013904223;
-            row[x] = transparent && x < size.width / 2 ? 0x80000000U | (noise >> 9 & 0x7f7f7fU)
-                                                       : 0xff000000U | (noise >> 8);
+            row[x] =
+                transparent && x < size.width / 2 ? 0x80000000U | (noise >> 9 & 0x7f7f7fU) : 0xff000000U | (noise >> 8);
         }
     }
     return std::make_shared<const Image>(std::move(decoded));

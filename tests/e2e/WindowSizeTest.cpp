@@ -49,8 +49,12 @@ protected:
     void holdVertically()
     {
         windows.maximiseVertically(window);
-        ASSERT_TRUE(waitUntil([&] { return windows.frame(window).height == screenAndKeys.workArea().height; }))
-            << situation();
+        // Its size and its place may arrive one after the other.
+        ASSERT_TRUE(waitUntil([&] {
+            const Rectangle frame = windows.frame(window);
+            const Rectangle area = screenAndKeys.workArea();
+            return frame.height == area.height && frame.y == area.y;
+        })) << situation();
     }
     [[nodiscard]] static Rectangle around(const Point &centre, int width, int height)
     {
@@ -303,8 +307,11 @@ TEST_F(WindowSizeTest, aWindowHeldBetweenLeftAndRightKeepsItsFrameWhenAnotherPic
     startFitted();
     makeUnlikeAnyPicture();
     windows.maximiseHorizontally(window);
-    ASSERT_TRUE(waitUntil([&] { return windows.frame(window).width == screenAndKeys.workArea().width; }))
-        << situation();
+    ASSERT_TRUE(waitUntil([&] {
+        const Rectangle frame = windows.frame(window);
+        const Rectangle area = screenAndKeys.workArea();
+        return frame.width == area.width && frame.x == area.x;
+    })) << situation();
     const Rectangle wide = windows.frame(window);
     input.press(key::kLeft);
     EXPECT_TRUE(waitForPicture("b.jpg", kGreen)) << situation();
