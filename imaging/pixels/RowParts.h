@@ -17,8 +17,8 @@ struct RowPart
 };
 
 /// Has @p work done on all parts of @p rows rows, on a second thread too where @p pixels, those to be read, are worth
-/// one. False when it was given up: @p cancelled (may be empty; asked now and then, in the caller's thread only; while it
-/// does not answer no thread works) said true, or a thread ran out of memory. Any thread.
+/// one. False when it was given up: @p cancelled (may be empty; asked now and then, in the caller's thread only; while
+/// it does not answer no thread works) said true, or a thread ran out of memory. Any thread.
 [[nodiscard]] bool workOnRowParts(std::uint32_t rows, std::uint64_t pixels, const std::function<bool()> &cancelled,
                                   const std::function<void(const RowPart &)> &work);
 
