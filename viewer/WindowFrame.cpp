@@ -4,7 +4,10 @@
 
 #include "viewer/X11WindowState.h"
 
+#include <QCoreApplication>
 #include <QEvent>
+#include <QMoveEvent>
+#include <QResizeEvent>
 #include <QVariantAnimation>
 #include <QWidget>
 #include <QWindow>
@@ -13,8 +16,19 @@
 
 namespace tallowmere {
 
-WindowFrame::WindowFrame(QWidget *window) : QObject(window), m_window(window), m_x11State(X11WindowState::of(*window))
+namespace {
+
+/// A window manager has answered every request by then; one that is slower is believed later.
+constexpr int kAnswersTakeMilliseconds = 200;
+
+} // namespace
+
+WindowFrame::WindowFrame(QWidget *window)
+    : QObject(window), m_window(window), m_x11State(X11WindowState::of(*window, [this] { m_answers.start(); }))
 {
+    m_answers.setSingleShot(true);
+    m_answers.setInterval(kAnswersTakeMilliseconds);
+    connect(&m_answers, &QTimer::timeout, this, &WindowFrame::takeGivenSize);
     m_window->installEventFilter(this);
     watchNativeWindow();
     m_decorationsAreKnown = m_window->isVisible() && !isComingOnScreen();
@@ -42,13 +56,15 @@ QRectF WindowFrame::destination() const
 
 bool WindowFrame::isHeldBySystem() const
 {
-    if (m_window->isMaximized() || m_window->isFullScreen())
+    if (m_window->isMaximized() || m_window->isFullScreen() || m_refusal == Refusal::certain)
         return true;
     return m_x11State && m_window->isVisible() && !isComingOnScreen() && m_x11State->isMaximisedInADirection();
 }
 
 void WindowFrame::releaseFromSystem()
 {
+    if (m_refusal == Refusal::certain)
+        m_refusal = Refusal::suspected;
     if (!isHeldBySystem())
         return;
     // For the whole maximised state, too: it stays on the window for a while after Qt has asked for its end.
@@ -80,6 +96,7 @@ void WindowFrame::apply(const std::optional<QRectF> &frame)
     if (!frame || isHeldBySystem())
         return;
     const QRect client = clientRectFor(*frame);
+    m_askedSize = client.size();
     if (client != m_window->geometry())
         m_window->setGeometry(client);
     // The widget passes on a move alone when it believes to have its size already, while its native window may just
@@ -98,7 +115,7 @@ void WindowFrame::setFrame(Rule rule, bool animated, Completion completion)
     }
     const std::optional<QRectF> frame = rule();
     const bool onScreen = m_window->isVisible() && !m_window->isMinimized();
-    if (frame && animated && onScreen && clientRectFor(*frame) != m_window->geometry())
+    if (frame && animated && onScreen && m_refusal == Refusal::none && clientRectFor(*frame) != m_window->geometry())
         return animateTo(*frame, std::move(completion));
     giveUpAnimation();
     apply(frame);
@@ -129,8 +146,10 @@ void WindowFrame::animateTo(const QRectF &frame, Completion completion)
             apply(value.toRectF());
     });
     connect(animation, &QVariantAnimation::finished, this, [this, animation, done = std::move(completion)] {
-        if (m_animation == animation)
+        if (m_animation == animation) {
             giveUpAnimation();
+            m_answers.start();
+        }
         if (done)
             done();
     });
@@ -147,12 +166,41 @@ void WindowFrame::watchNativeWindow()
 bool WindowFrame::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_window) {
-        if (event->type() == QEvent::Show || event->type() == QEvent::WinIdChange)
+        if (event->type() == QEvent::Show || event->type() == QEvent::WinIdChange) {
             watchNativeWindow();
+            sizeWasGiven();
+        }
+    } else if (event->type() == QEvent::Resize) {
+        sizeWasGiven();
     } else if (event->type() == QEvent::Expose && m_window->windowHandle() && m_window->windowHandle()->isExposed()) {
         cameOnScreen();
     }
     return false;
+}
+
+/// Qt tells the widget nothing of a window manager that answers a request with the size the window had before: the
+/// widget would go on painting for the size it asked for. It is told here, and nothing is asked of the window manager:
+/// should the size be granted after all, that comes as a resize like any other.
+void WindowFrame::takeGivenSize()
+{
+    QWindow *native = m_window->windowHandle();
+    if (isAnimating() || !native || !native->isVisible() || native->size() == m_window->size())
+        return;
+    QMoveEvent moved(native->position(), m_window->pos());
+    QCoreApplication::sendEvent(native, &moved);
+    QResizeEvent resized(native->size(), m_window->size());
+    QCoreApplication::sendEvent(native, &resized);
+    m_refusal = Refusal::certain; // after sizeWasGiven(), which has seen that event, too
+}
+
+/// A tile that has changed its size, or a window that is in no tile any more: the next frame will show.
+void WindowFrame::sizeWasGiven()
+{
+    const QWindow *native = m_window->windowHandle();
+    if (native && native->size() == m_askedSize)
+        m_refusal = Refusal::none;
+    else if (m_refusal == Refusal::certain)
+        m_refusal = Refusal::suspected;
 }
 
 void WindowFrame::cameOnScreen()

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QPointer>
 #include <QRectF>
+#include <QSize>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -42,8 +44,8 @@ public:
     [[nodiscard]] QRectF frame() const;
     /// The frame at the end of the running animation, as frame() will give it; without an animation frame() itself.
     [[nodiscard]] QRectF destination() const;
-    /// Full screen, or maximised in at least one direction, as a window tiled to half the screen is: the size is not
-    /// ours to change.
+    /// Full screen, maximised in at least one direction, as a window tiled to half the screen is, or in the hands of a
+    /// window manager that refused the last size asked for, as tiling ones do: the size is not ours to change.
     [[nodiscard]] bool isHeldBySystem() const;
     /// A frame that is set from now on counts.
     void releaseFromSystem();
@@ -71,6 +73,8 @@ private:
     void giveUpAnimation();
     void watchNativeWindow();
     void cameOnScreen();
+    void takeGivenSize();
+    void sizeWasGiven();
 
     QWidget *const m_window;
     const std::unique_ptr<X11WindowState> m_x11State; ///< null where windows are not X11's
@@ -78,6 +82,17 @@ private:
     bool m_decorationsAreKnown = false;
     Rule m_ruleOnScreen;                       ///< to be applied when the window has come on the screen
     std::vector<Completion> m_waitForOnScreen; ///< whose frames are still to be applied
+
+    /// A tiling window manager keeps its size without announcing any state.
+    enum class Refusal
+    {
+        none,
+        suspected, ///< it was refused before the size changed: the next frame is a question
+        certain,
+    };
+    Refusal m_refusal = Refusal::none;
+    QSize m_askedSize; ///< of the client area, last
+    QTimer m_answers;  ///< runs while answers to earlier requests may still be on their way
 };
 
 } // namespace tallowmere

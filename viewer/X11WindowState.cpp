@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <span>
 #include <string_view>
+#include <utility>
 
 namespace tallowmere {
 
@@ -35,15 +36,17 @@ xcb_window_t nativeWindow(const QWidget &window)
 
 } // namespace
 
-std::unique_ptr<X11WindowState> X11WindowState::of(const QWidget &window)
+std::unique_ptr<X11WindowState> X11WindowState::of(const QWidget &window, std::function<void()> geometryTold)
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     xcb_connection_t *connection = x11 ? x11->connection() : nullptr;
-    return std::unique_ptr<X11WindowState>(connection ? new X11WindowState(window, connection) : nullptr);
+    if (!connection)
+        return nullptr;
+    return std::unique_ptr<X11WindowState>(new X11WindowState(window, connection, std::move(geometryTold)));
 }
 
-X11WindowState::X11WindowState(const QWidget &window, xcb_connection_t *connection)
-    : m_window(window), m_connection(connection)
+X11WindowState::X11WindowState(const QWidget &window, xcb_connection_t *connection, std::function<void()> geometryTold)
+    : m_window(window), m_connection(connection), m_geometryTold(std::move(geometryTold))
 {
     qGuiApp->installNativeEventFilter(this);
 }
@@ -133,14 +136,17 @@ void X11WindowState::endMaximised()
 bool X11WindowState::nativeEventFilter(const QByteArray &eventType, void *message, qintptr * /*result*/)
 {
     constexpr std::uint8_t kSentByAnotherClient = 0x80;
-    if (m_readFrom == XCB_WINDOW_NONE || eventType != "xcb_generic_event_t")
+    if (eventType != "xcb_generic_event_t")
         return false;
-    const auto *event = static_cast<const xcb_generic_event_t *>(message);
-    if ((event->response_type & ~kSentByAnotherClient) != XCB_PROPERTY_NOTIFY)
-        return false;
-    const auto *changed = static_cast<const xcb_property_notify_event_t *>(message);
-    if (changed->window == m_readFrom && changed->atom == m_stateAtom)
-        m_readFrom = XCB_WINDOW_NONE;
+    const auto type = static_cast<const xcb_generic_event_t *>(message)->response_type & ~kSentByAnotherClient;
+    if (type == XCB_CONFIGURE_NOTIFY) {
+        if (static_cast<const xcb_configure_notify_event_t *>(message)->window == nativeWindow(m_window))
+            m_geometryTold();
+    } else if (type == XCB_PROPERTY_NOTIFY && m_readFrom != XCB_WINDOW_NONE) {
+        const auto *changed = static_cast<const xcb_property_notify_event_t *>(message);
+        if (changed->window == m_readFrom && changed->atom == m_stateAtom)
+            m_readFrom = XCB_WINDOW_NONE;
+    }
     return false;
 }
 

@@ -6,6 +6,7 @@
 #include <QDeadlineTimer>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 class QWidget;
@@ -20,8 +21,9 @@ namespace tallowmere {
 class X11WindowState final : public QAbstractNativeEventFilter
 {
 public:
-    /// Null where windows are not X11's. @p window outlives it.
-    [[nodiscard]] static std::unique_ptr<X11WindowState> of(const QWidget &window);
+    /// Null where windows are not X11's. @p window outlives it. @p geometryTold is called whenever the window manager
+    /// has said which geometry the window has, before Qt learns of it.
+    [[nodiscard]] static std::unique_ptr<X11WindowState> of(const QWidget &window, std::function<void()> geometryTold);
     ~X11WindowState() override;
 
     /// Asks the X server only when the state may have changed since. False when there is no answer. For a window that
@@ -34,12 +36,13 @@ public:
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 
 private:
-    X11WindowState(const QWidget &window, xcb_connection_t *connection);
+    X11WindowState(const QWidget &window, xcb_connection_t *connection, std::function<void()> geometryTold);
     void findAtoms();
     [[nodiscard]] bool readState();
 
     const QWidget &m_window;
     xcb_connection_t *const m_connection;
+    const std::function<void()> m_geometryTold;
     std::uint32_t m_stateAtom = 0;
     std::uint32_t m_verticalAtom = 0;
     std::uint32_t m_horizontalAtom = 0;

@@ -65,7 +65,8 @@ VirtualDesktop::VirtualDesktop(const DisplayOptions &options) : m_options(option
     if (xcb_connection_has_error(m_connection))
         throw std::runtime_error("cannot connect to " + m_name);
     m_screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
-    startWindowManager();
+    if (m_options.windowManager)
+        startWindowManager();
 }
 
 VirtualDesktop::~VirtualDesktop()

@@ -40,9 +40,10 @@ struct DisplayOptions
     int marginBottom = 40;
     int marginLeft = 60;
     int marginRight = 0;
+    bool windowManager = true; ///< false: the test brings its own
 };
 
-/// A private X server with a window manager, and a connection to it. Ends with this object.
+/// A private X server, mostly with a window manager, and a connection to it. Ends with this object.
 ///
 /// Throws std::runtime_error when the server or the manager does not come up.
 class VirtualDesktop final
