@@ -5,6 +5,7 @@
 #include "settings/SettingsManager.h"
 #include "viewer/DisplayPreparation.h"
 #include "viewer/DraggableImageView.h"
+#include "viewer/TransparencyChecker.h"
 
 #include <QApplication>
 
@@ -146,6 +147,32 @@ double zoom(double first, double step)
     });
 }
 
+/// As the window has them: the checkerboard beneath the picture.
+double panOverCheckerboard()
+{
+    SettingsManager settings{std::make_unique<NoDefaults>()};
+    Background background;
+    QWidget window;
+    TransparencyChecker checker(&window);
+    DraggableImageView view(std::make_shared<DisplayPreparation>(settings), background, background, &window);
+    window.resize(kWindow);
+    checker.setGeometry(window.rect());
+    view.setGeometry(window.rect());
+    view.setImageScaling(ImageScaling::proportionallyDown);
+    view.setChecker(&checker);
+    view.setImage(makePicture(kPicture, true));
+    window.show();
+    QApplication::processEvents();
+    std::vector<double> values;
+    for (int i = 1; i <= kFrames; ++i) {
+        const double begin = processorMilliseconds();
+        view.setImageTransform(ImageTransform::of(1.5, QPointF(i * 7, i * 3)));
+        view.repaint();
+        values.push_back(processorMilliseconds() - begin);
+    }
+    return median(values);
+}
+
 /// Of a picture that the screen has more pixels for than it has itself.
 double backToZoom1()
 {
@@ -189,6 +216,7 @@ void measurePainting(Results &results)
         {"Pan at zoom 3.4", [] { return pan(3.375); }},
         {"Pan at zoom 10", [] { return pan(10); }},
         {"Pan at zoom 1.5, half transparent", [] { return pan(1.5, true); }},
+        {"Pan at zoom 1.5, half transparent, over the checkerboard", [] { return panOverCheckerboard(); }},
         {"Zoom in, as a pinch does", [] { return zoom(1.1, 1.15); }},
         {"Zoom out, as a pinch does", [] { return zoom(0.95, 0.9); }},
         {"Back to zoom 1, a picture smaller than the window", [] { return backToZoom1(); }},

@@ -97,13 +97,10 @@ void DraggableImageView::setBackgroundColor(const QColor &color)
     update();
 }
 
-void DraggableImageView::setBackgroundShown(bool shown)
+void DraggableImageView::setChecker(TransparencyChecker *checker)
 {
-    if (shown == m_backgroundShown)
-        return;
-    m_backgroundShown = shown;
-    setAttribute(Qt::WA_OpaquePaintEvent, shown);
-    update();
+    if (std::exchange(m_checker, checker) != checker)
+        update();
 }
 
 void DraggableImageView::setInTransition(bool inTransition)

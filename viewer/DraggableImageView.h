@@ -23,6 +23,7 @@ class QPainter;
 namespace tallowmere {
 
 class PanningHandler;
+class TransparencyChecker;
 
 /// Paints the image and what shows around and through it.
 ///
@@ -50,8 +51,9 @@ public:
     [[nodiscard]] const ImageTransform &imageTransform() const { return m_transform; }
     /// Opaque.
     void setBackgroundColor(const QColor &color);
-    /// Otherwise what lies beneath the view shows around the image and through it.
-    void setBackgroundShown(bool shown);
+    /// The checkerboard to be seen around the image and through it instead of the colour; null: the colour. It lies
+    /// beneath this view and outlives it; painted from here, it is still in the cache when pixels are mixed with it.
+    void setChecker(TransparencyChecker *checker);
     [[nodiscard]] const QColor &backgroundColor() const { return m_backgroundColor; }
     /// Has the copy of the present image made in the background unless it is there: the view is about to get the size
     /// that calls for it.
@@ -90,6 +92,7 @@ private:
     [[nodiscard]] bool handleNativeGesture(QNativeGestureEvent *event);
     [[nodiscard]] Source sourceFor(const ImagePlacement &placement);
     void fillBackground(QPainter &painter, const QRegion &region) const;
+    [[nodiscard]] bool fillsStripByStrip() const;
     void paintReduced(QPainter &painter, const QRegion &region, const ImagePlacement &fitted);
     void paintMagnified(QPainter &painter, const QRegion &region, const ImagePlacement &fitted);
     void paintSampled(QPainter &painter, const QRegion &region, const QRectF &target, const DisplayBitmap &bitmap);
@@ -104,8 +107,8 @@ private:
     PanningHandler *m_panningDelegate = nullptr;
     PinchGesture m_pinch;
     QColor m_backgroundColor;
+    TransparencyChecker *m_checker = nullptr;
     std::vector<std::byte> m_strip; ///< rows on their way to the screen
-    bool m_backgroundShown = true;
     bool m_inTransition = false;
     bool m_hasPaintedImage = false;
 };

@@ -3,6 +3,7 @@
 #include "imaging/pixels/NearestSampling.h"
 #include "viewer/DisplayPreparation.h"
 #include "viewer/DraggableImageView.h"
+#include "viewer/TransparencyChecker.h"
 
 #include <QPainter>
 #include <QPaintEvent>
@@ -38,6 +39,14 @@ QRect touchedPixels(const QRect &points, double scale)
     const int right = static_cast<int>(std::ceil((points.right() + 1) * scale));
     const int bottom = static_cast<int>(std::ceil((points.bottom() + 1) * scale));
     return {left, top, right - left, bottom - top};
+}
+
+/// The points that @p device touches: what more they cover lies outside the image, where nothing has been mixed yet.
+QRect touchedPoints(const QRect &device, int scale)
+{
+    const int left = device.left() / scale;
+    const int top = device.top() / scale;
+    return {left, top, device.right() / scale + 1 - left, device.bottom() / scale + 1 - top};
 }
 
 qint64 area(QSize size)
@@ -95,10 +104,19 @@ void DraggableImageView::paintEvent(QPaintEvent *event)
 
 void DraggableImageView::fillBackground(QPainter &painter, const QRegion &region) const
 {
-    if (!m_backgroundShown)
-        return;
-    for (const QRect &rect : region)
-        painter.fillRect(rect, m_backgroundColor);
+    for (const QRect &rect : region) {
+        if (m_checker)
+            m_checker->paintOn(painter, rect);
+        else
+            painter.fillRect(rect, m_backgroundColor);
+    }
+}
+
+/// Beneath a transparent image. A checkerboard's strips begin and end on whole points.
+bool DraggableImageView::fillsStripByStrip() const
+{
+    const double scale = devicePixelRatioF();
+    return !m_checker || scale == std::floor(scale);
 }
 
 void DraggableImageView::paintReduced(QPainter &painter, const QRegion &region, const ImagePlacement &placement)
@@ -126,7 +144,8 @@ void DraggableImageView::paintMagnified(QPainter &painter, const QRegion &region
     const QRectF target = fitted.transformed(m_transform, size(), scale);
     // Beneath a transparent image it is filled strip by strip, so that it is still in the cache when pixels are mixed
     // with it.
-    fillBackground(painter, region - coveredPoints(target.toAlignedRect().adjusted(1, 1, -1, -1), scale));
+    const QRegion covered = coveredPoints(target.toAlignedRect().adjusted(1, 1, -1, -1), scale);
+    fillBackground(painter, own.hasAlpha && !fillsStripByStrip() ? region : region - covered);
     painter.scale(1 / scale, 1 / scale);
     paintSampled(painter, region, target, own);
 }
@@ -141,19 +160,29 @@ void DraggableImageView::paintSampled(QPainter &painter, const QRegion &region, 
     const QRect covered(
         QPoint(static_cast<int>(horizontal.firstCovered()), static_cast<int>(vertical.firstCovered())),
         QPoint(static_cast<int>(horizontal.endCovered()) - 1, static_cast<int>(vertical.endCovered()) - 1));
+    const int pixelsAPoint = fillsStripByStrip() ? static_cast<int>(std::ceil(devicePixelRatioF())) : 1;
+    const QTransform inDevicePixels = painter.transform();
+    const QTransform inPoints = QTransform(inDevicePixels).scale(devicePixelRatioF(), devicePixelRatioF());
     const QImage::Format format = bitmap.hasAlpha ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
     for (const QRect &points : region) {
         const QRect wanted = touchedPixels(points, devicePixelRatioF()) & covered;
         if (wanted.isEmpty())
             continue;
         NearestSampling sampling(*bitmap.pixels, horizontal, vertical, wanted.left(), wanted.right() + 1);
-        const int rowsAtOnce = std::max(static_cast<int>(kStripBytes / sampling.rowBytes()), 1);
+        const int fitting = static_cast<int>(kStripBytes / sampling.rowBytes());
+        const int rowsAtOnce = std::max(fitting - fitting % pixelsAPoint, pixelsAPoint);
         m_strip.resize(sampling.rowBytes() * static_cast<std::size_t>(rowsAtOnce));
-        for (int top = wanted.top(); top <= wanted.bottom(); top += rowsAtOnce) {
-            const int bottom = std::min(top + rowsAtOnce, wanted.bottom() + 1);
+        for (int top = wanted.top(), bottom = 0; top <= wanted.bottom(); top = bottom) {
+            bottom = std::min(top - top % pixelsAPoint + rowsAtOnce, wanted.bottom() + 1);
             sampling.rows(top, bottom, m_strip.data());
-            if (bitmap.hasAlpha && m_backgroundShown)
-                painter.fillRect(wanted.left(), top, wanted.width(), bottom - top, m_backgroundColor);
+            const QRect strip(wanted.left(), top, wanted.width(), bottom - top);
+            if (bitmap.hasAlpha && !m_checker)
+                painter.fillRect(strip, m_backgroundColor);
+            else if (bitmap.hasAlpha && fillsStripByStrip()) {
+                painter.setTransform(inPoints);
+                m_checker->paintOn(painter, touchedPoints(strip, pixelsAPoint));
+                painter.setTransform(inDevicePixels);
+            }
             painter.drawImage(wanted.left(), top,
                               QImage(reinterpret_cast<const uchar *>(m_strip.data()), wanted.width(), bottom - top,
                                      static_cast<qsizetype>(sampling.rowBytes()), format));

@@ -51,12 +51,17 @@ void TransparencyChecker::makeTiles(double scale)
 
 void TransparencyChecker::paintEvent(QPaintEvent *event)
 {
+    QPainter painter(this);
+    for (const QRect &part : event->region())
+        paintOn(painter, part);
+}
+
+void TransparencyChecker::paintOn(QPainter &painter, const QRectF &part)
+{
     const double scale = devicePixelRatioF();
     if (m_tiles.isNull() || m_tiles.devicePixelRatio() != scale)
         makeTiles(scale);
-    QPainter painter(this);
-    for (const QRect &part : event->region())
-        painter.drawTiledPixmap(part, m_tiles, part.topLeft());
+    painter.drawTiledPixmap(part, m_tiles, part.topLeft());
 }
 
 } // namespace tallowmere

@@ -7,6 +7,8 @@
 #include <QPixmap>
 #include <QWidget>
 
+class QPainter;
+
 namespace tallowmere {
 
 /// The checkerboard that shows through transparent images. It reacts to nothing.
@@ -19,6 +21,9 @@ public:
 
     void setPattern(const CheckerPattern &pattern);
     [[nodiscard]] const CheckerPattern &pattern() const { return m_pattern; }
+
+    /// Paints what lies in @p part, in points of this view, onto another one in the same place.
+    void paintOn(QPainter &painter, const QRectF &part);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

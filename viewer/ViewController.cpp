@@ -144,8 +144,7 @@ void ViewController::load(const FileURL &file, bool averageApplied)
         if (controller && display == controller->m_displays)
             *wasSeen = controller->showPreview(file, image);
     };
-    const auto completion =
-        [self = QPointer(this), file, averageApplied, wasSeen](const ImagePtr &image) {
+    const auto completion = [self = QPointer(this), file, averageApplied, wasSeen](const ImagePtr &image) {
         auto *controller = self.data();
         if (!controller)
             return;
@@ -318,7 +317,8 @@ void ViewController::prepareNeighbours()
     for (qint64 distance = 1; distance <= reach; ++distance) {
         for (const qint64 offset : {-distance, distance}) {
             // Unlike what is decoded ahead, stepping goes round at the ends.
-            if (addIfDecoded((current + offset + files.size()) % files.size()) && !m_preparation->isPrepared(near.back()))
+            if (addIfDecoded((current + offset + files.size()) % files.size()) &&
+                !m_preparation->isPrepared(near.back()))
                 missing.push_back(near.back());
         }
     }

@@ -50,12 +50,13 @@ void ViewController::appearanceChanged()
     m_resolvedWindowColor = color;
     applyBackgroundColor(color);
     m_transparencyCheckerView->setPattern(CheckerPattern::forAppearance(isDark(m_view->palette())));
+    m_imageView->update(); // which paints it
 }
 
 void ViewController::updateTransparencyBackground()
 {
     const bool checkers = showsCheckers(m_with.settings.transparencyBackground(), m_imageView->image());
-    m_imageView->setBackgroundShown(!checkers);
+    m_imageView->setChecker(checkers ? m_transparencyCheckerView : nullptr);
     m_transparencyCheckerView->setVisible(checkers);
 }
 

@@ -4,6 +4,7 @@
 // Runs at several scale factors, see CMakeLists.txt: nothing here takes a point for a pixel.
 #include "tests/viewer/ViewerFixture.h"
 #include "viewer/DisplayPreparation.h"
+#include "viewer/TransparencyChecker.h"
 
 #include <QImage>
 #include <QPaintEvent>
@@ -225,6 +226,25 @@ TEST_F(ZoomedPainting, theBackgroundShowsThroughMagnifiedTransparentPixels)
     view.setImage(imageOf(200, 100, 0x00000000));
     zoom(3.0);
     EXPECT_EQ(painted().pixel(10, 10), kBackground);
+}
+
+TEST_F(ZoomedPainting, theCheckerboardShowsAroundAndThroughAMagnifiedImageAsItIsByItself)
+{
+    TransparencyChecker checker(nullptr);
+    checker.setPattern(CheckerPattern::forAppearance(false));
+    checker.resize(kView);
+    const QImage board = checker.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    view.setChecker(&checker);
+    for (const ImagePtr &image : {imageOf(200, 100, 0x00000000), imageOf(40, 20, 0x00000000), ImagePtr()}) {
+        view.setImage(image);
+        for (const double factor : {1.0, 1.5, 3.375}) {
+            zoom(factor, {7, -3});
+            catchUp();
+            EXPECT_EQ(painted(), board) << factor;
+        }
+    }
+    view.setChecker(nullptr);
+    EXPECT_EQ(painted().pixel(5, 5), kBackground);
 }
 
 TEST_F(ZoomedPainting, anImageNeedsNoCopyToBeMagnified)
